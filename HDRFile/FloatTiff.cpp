@@ -1,0 +1,1 @@
+#include "HDRFile/FloatTiff.h"

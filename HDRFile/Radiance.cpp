@@ -1,0 +1,1 @@
+#include "HDRFile/Radiance.h"

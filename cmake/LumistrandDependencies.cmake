@@ -1,0 +1,25 @@
+# Debian's libraries, each as one target.
+
+find_package(PkgConfig REQUIRED)
+find_package(OpenEXR REQUIRED)
+find_package(TIFF REQUIRED)
+find_package(LAPACK REQUIRED)
+pkg_check_modules(EXIV2 REQUIRED IMPORTED_TARGET exiv2)
+
+# ls_wx(NAME components...): wxWidgets as wx-config gives it, with its headers as system headers.
+function(ls_wx name)
+    find_package(wxWidgets 3.2 REQUIRED COMPONENTS ${ARGN})
+    add_library(${name} INTERFACE)
+    target_include_directories(${name} SYSTEM INTERFACE ${wxWidgets_INCLUDE_DIRS})
+    target_compile_definitions(${name} INTERFACE ${wxWidgets_DEFINITIONS})
+    target_compile_options(${name} INTERFACE ${wxWidgets_CXX_FLAGS})
+    target_link_directories(${name} INTERFACE ${wxWidgets_LIBRARY_DIRS})
+    target_link_libraries(${name} INTERFACE ${wxWidgets_LIBRARIES})
+endfunction()
+
+# Without windows: most window headers refuse to compile in a target that links this.
+ls_wx(ls_wx_base base)
+target_compile_definitions(ls_wx_base INTERFACE wxUSE_GUI=0)
+
+# Images, for which no display is needed. Window headers are kept out by scripts/check_layers.sh.
+ls_wx(ls_wx_core core base)

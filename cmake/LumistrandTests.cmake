@@ -1,0 +1,27 @@
+# Test and benchmark programs.
+
+include(GoogleTest)
+find_package(GTest REQUIRED)
+find_package(benchmark REQUIRED)
+
+# ls_test(NAME SOURCES ... LINK targets... [LABEL unit|gui]): one test program of a folder. Its main
+# function redirects the cache folder, makes a library's assertion fatal and gives each run a private home.
+function(ls_test name)
+    cmake_parse_arguments(arg "" "LABEL" "SOURCES;LINK" ${ARGN})
+    if(NOT arg_LABEL)
+        set(arg_LABEL unit)
+    endif()
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE ls_flags ls_test_support ${arg_LINK} GTest::gmock)
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
+        PROPERTIES LABELS ${arg_LABEL} TIMEOUT 300)
+endfunction()
+
+# ls_bench(NAME SOURCES ... LINK targets...): benchmarks; ctest runs each once, so that none rots.
+function(ls_bench name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE ls_flags ${arg_LINK} benchmark::benchmark)
+    add_test(NAME bench.${name} COMMAND ${name} --benchmark_min_time=0)
+    set_tests_properties(bench.${name} PROPERTIES LABELS bench TIMEOUT 300)
+endfunction()

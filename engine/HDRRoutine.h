@@ -1,0 +1,51 @@
+// The operations of the engine: merge a series, map it to the screen, save it.
+//
+// Free functions around the one workspace (engine/HDRWorkspace.h), for one caller at a time. They show
+// nothing: null or false means that it did not happen, and the reason is in the log. pProgress is null or
+// receives 0 to 100; a cancel that comes back through it ends the operation at its next poll.
+#pragma once
+
+#include "engine/ProgbarSetter.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+struct HDRWorkspace;
+
+/// Formats of SaveHDRFile, by number.
+enum HDRFileFormat : std::int32_t { HDR_OPENEXR = 0, HDR_RADIANCE = 1, HDR_FLOAT_TIFF = 2 };
+
+/// Writes the merged image to a file.
+///
+/// @param szPath  in the file system's bytes; an existing file is replaced
+/// @return true when the whole file is written and closed. After a failure a partial file may stay
+bool SaveHDRFile(const char* szPath, std::int32_t nFormat, ProgbarSetter* pProgress);
+
+/// Writes a float cache file in one of the formats.
+/// @param szSource        nWidth x nHeight x 3 floats without header
+/// @param szSource,szPath in the file system's bytes
+/// @return false for a null path, a size that is not positive, an unknown format, or any failure
+bool WriteHDRData(const char* szSource, const char* szPath, std::int32_t nWidth, std::int32_t nHeight,
+                  std::int32_t nFormat, ProgbarSetter* pProgress);
+
+/// Writes the curves of the latest merge: 256 floats each of red, green, blue, without header.
+/// @return false for a null path, an empty workspace or a file that can't be made
+bool SaveCurves(const char* szPath);
+
+/// Appends three new curves: of a file, or three copies of the Standard curve if szPath is null. They are the
+/// caller's until a merge with them succeeds.
+/// @return false if the file can't be opened. What a short file lacks reads as 0
+bool LoadCurves(const char* szPath, std::vector<float*>& vafCurves);
+
+/// Merges source cache files into a new float cache file and fills the workspace, which is empty before.
+///
+/// Holds one row per source and one row of result. Only its very last step changes the workspace.
+/// @param vsLDRFiles  source cache files of 4 bytes a pixel, one per image
+/// @param vfShutters,vfStops  seconds and f-numbers. vfGains and vfNDs play no part but for their length
+/// @param vafCurves   three curves; on success the workspace owns the same arrays
+/// @return false if a file can't be opened, read or written, or after a cancel
+bool MergeExposures(const std::vector<std::wstring>& vsLDRFiles, std::int32_t nWidth, std::int32_t nHeight,
+                    const std::vector<float>& vfShutters, const std::vector<float>& vfStops,
+                    const std::vector<float>& vfGains, const std::vector<float>& vfNDs,
+                    const std::vector<float*>& vafCurves, ProgbarSetter* pProgress, HDRWorkspace* pHDRInfo);

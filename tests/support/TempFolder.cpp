@@ -1,0 +1,68 @@
+// Temporary folders and whole-file access for tests.
+#include "tests/support/TempFolder.h"
+
+#include "Util/Paths.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+namespace fs = std::filesystem;
+
+namespace LS::Tests {
+
+TempFolder::TempFolder() : m_sPath((fs::temp_directory_path() / "lumistrand-test-XXXXXX").native())
+{
+    if (!mkdtemp(m_sPath.data()))
+        throw std::runtime_error("no temporary folder: " + m_sPath);
+}
+
+TempFolder::~TempFolder()
+{
+    std::error_code ignored;
+    fs::remove_all(m_sPath, ignored);
+}
+
+std::string TempFolder::File(std::string_view sName) const
+{
+    return m_sPath + "/" + std::string(sName);
+}
+
+std::wstring TempFolder::WideFile(std::string_view sName) const
+{
+    return Util::WidePath(File(sName));
+}
+
+std::vector<std::string> TempFolder::Names() const
+{
+    std::vector<std::string> vNames;
+    for (const fs::directory_entry& entry : fs::directory_iterator(m_sPath))
+        vNames.push_back(entry.path().filename().native());
+    std::sort(vNames.begin(), vNames.end());
+    return vNames;
+}
+
+Bytes ReadBytes(const std::string& sPath)
+{
+    std::ifstream file(sPath, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+void WriteBytes(const std::string& sPath, const void* pData, std::size_t nBytes)
+{
+    std::ofstream file(sPath, std::ios::binary);
+    file.write(static_cast<const char*>(pData), static_cast<std::streamsize>(nBytes));
+    file.close();
+    if (!file)
+        throw std::runtime_error("cannot write " + sPath);
+}
+
+void WriteText(const std::string& sPath, std::string_view sText)
+{
+    WriteBytes(sPath, sText.data(), sText.size());
+}
+
+} // namespace LS::Tests
