@@ -1,0 +1,81 @@
+# What ./lumistrand and ./test share: installing what is missing, configuring and building. To be sourced,
+# with ROOT set to the top of the source tree. Everything that is printed here goes to the error stream.
+# shellcheck shell=bash
+# shellcheck disable=SC2034 # the scripts that source this file use the lists of packages
+
+BUILD_PACKAGES="g++ cmake ninja-build ccache pkg-config libwxgtk3.2-dev libopenexr-dev libexiv2-dev
+    libtiff-dev libtinyxml-dev libopenblas-dev"
+RUN_PACKAGES="fonts-dejavu-core adwaita-icon-theme"
+TEST_PACKAGES="libgtest-dev libgmock-dev libbenchmark-dev libjpeg-dev xvfb xauth openbox xdotool locales"
+LINT_PACKAGES="clang-format clang-tidy shellcheck"
+
+say() { printf '%s\n' "$*" >&2; }
+
+die() {
+    say "$*"
+    exit 1
+}
+
+missing_packages() {
+    local package
+    for package in "$@"; do
+        case "$(dpkg-query -W -f '${Status}' "$package" 2>/dev/null)" in
+        *' installed') ;;
+        *) printf '%s ' "$package" ;;
+        esac
+    done
+}
+
+as_root() {
+    if [ "$(id -u)" = 0 ]; then
+        "$@"
+    else
+        command -v sudo >/dev/null || die "Please run this as root once, or install sudo: $*"
+        sudo "$@"
+    fi
+}
+
+# install_packages PURPOSE PACKAGE...: installs those that are missing. A stamp in the build folder keeps a
+# second call from asking the package system again.
+install_packages() {
+    local purpose=$1 stamp missing
+    shift
+    stamp=$ROOT/build/.packages-$(printf '%s' "$*" | cksum | cut -d ' ' -f 1)
+    [ -e "$stamp" ] && return
+    command -v apt-get >/dev/null || die "This script installs packages with apt-get, as on Debian 12." \
+        "Elsewhere install these yourself, and build with CMake: $*"
+    missing=$(missing_packages "$@")
+    if [ -n "$missing" ]; then
+        say "Installing what is needed to $purpose: $missing"
+        as_root apt-get update -q >&2
+        # shellcheck disable=SC2086 # one word per package
+        as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends $missing >&2
+    fi
+    mkdir -p "$ROOT/build"
+    : >"$stamp"
+}
+
+# configure PRESET TESTS: makes the build folder of a preset; TESTS is ON, or empty to leave the choice as is.
+configure() {
+    local preset=$1 tests=$2 folder=$ROOT/build/$1
+    if [ -e "$folder/build.ninja" ]; then
+        [ -z "$tests" ] && return
+        grep -q "^LS_BUILD_TESTS:BOOL=$tests\$" "$folder/CMakeCache.txt" && return
+    fi
+    mkdir -p "$folder"
+    (cd "$ROOT" && cmake --preset "$preset" ${tests:+-DLS_BUILD_TESTS=$tests}) >"$folder/configure.log" 2>&1 ||
+        { cat "$folder/configure.log" >&2; die "Configuring failed."; }
+}
+
+# build PRESET TARGET...: brings targets up to date; on a terminal one line shows how far it is.
+build() {
+    local folder=$ROOT/build/$1
+    shift
+    ninja -C "$folder" -n "$@" 2>/dev/null | grep -q 'no work to do' && return
+    say "Building in ${folder#"$ROOT"/} ..."
+    if [ -t 2 ]; then
+        NINJA_STATUS='[%f/%t] ' ninja -C "$folder" "$@" >&2
+    else
+        ninja -C "$folder" --quiet "$@" >&2
+    fi || die "The build failed."
+}
