@@ -13,6 +13,41 @@
 
 struct HDRWorkspace;
 
+/// Makes the HDR image of a series: empties the workspace, merges into it, and maps the first preview at
+/// exposure 0.0 and gamma 2.2.
+///
+/// @param vsLDRFiles  source cache files of 4 bytes a pixel, one per image, nWidth x nHeight pixels each
+/// @param vfShutters,vfStops,vfGains,vfNDs  seconds, f-numbers, gains and neutral densities, one per image
+/// @param vafCurves   three curves of 256 floats: red, green, blue. From a success on the workspace owns the
+///                    same arrays and the caller must not delete them. After a failure the caller owns what
+///                    the vector holds: all of it if the merge failed; nothing if the merge had taken the
+///                    curves and a later step failed, for then they are deleted and the vector is emptied
+/// @param pnOutWidth,pnOutHeight  receive the size of the preview on success
+/// @return 8-bit R, G, B of the preview, interleaved, from malloc, the caller's; or null after a failure or
+///         a cancel, and then the workspace is empty
+unsigned char* CreateHDRImage(const std::vector<std::wstring>& vsLDRFiles, std::int32_t nWidth,
+                              std::int32_t nHeight, const std::vector<float>& vfShutters,
+                              const std::vector<float>& vfStops, const std::vector<float>& vfGains,
+                              const std::vector<float>& vfNDs, std::vector<float*>& vafCurves,
+                              std::int32_t* pnOutWidth, std::int32_t* pnOutHeight, ProgbarSetter* pProgress);
+
+/// Maps the scaled-down image to the screen, for a slider move. Touches no file; nothing can cancel it.
+///
+/// @param fExposure  in stops   @param fGamma  of the display, above 0.2
+/// @param pnOutWidth,pnOutHeight  receive the size on success
+/// @return 8-bit R, G, B, interleaved, from malloc, the caller's; null without a merged image
+unsigned char* ToneMapScaled(float fExposure, float fGamma, std::int32_t* pnOutWidth,
+                             std::int32_t* pnOutHeight);
+
+/// Maps the full-size image for an 8-bit file. Needs three float planes of it in memory up to 1500 pixels in
+/// each direction, above that one plane and space for "xydata.tmp" in the cache folder. Without a progress it
+/// always works in memory.
+///
+/// The cancel flag is cleared at the start and at the end; the merged image stays, whatever happens.
+/// @return as ToneMapScaled, nWidth x nHeight x 3 bytes; null also after a cancel or a failed read or write
+unsigned char* ToneMapFull(float fExposure, float fGamma, std::int32_t* pnOutWidth, std::int32_t* pnOutHeight,
+                           ProgbarSetter* pProgress);
+
 /// Formats of SaveHDRFile, by number.
 enum HDRFileFormat : std::int32_t { HDR_OPENEXR = 0, HDR_RADIANCE = 1, HDR_FLOAT_TIFF = 2 };
 
