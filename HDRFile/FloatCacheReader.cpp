@@ -3,35 +3,69 @@
 
 #include "Util/FailureLog.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <bit>
 #include <cerrno>
-#include <string>
+#include <string_view>
+
+// The cache file's floats are little-endian and are used as they come.
+static_assert(std::endian::native == std::endian::little);
 
 namespace {
 
 constexpr double FILE_UNITS = 0.001; // of the merge's units
+constexpr std::string_view TOO_SHORT = "the float cache file is too short";
 
 } // namespace
 
-FloatCacheReader::FloatCacheReader(const char* szPath, std::int32_t nWidth)
-    : m_sPath(szPath), m_stream(szPath, std::ios::binary), m_bOpen(m_stream),
-      m_vfRow(3 * static_cast<std::size_t>(nWidth))
+bool CheckWriterArguments(const char* HDRDataFile, const char* fileName, std::int32_t nWidth,
+                          std::int32_t nHeight)
 {
-    if (!m_bOpen)
-        LS::Util::LogFailure("save", m_sPath, LS::Util::SystemError());
+    if (HDRDataFile && fileName && nWidth > 0 && nHeight > 0)
+        return true;
+    LS::Util::LogFailure("save", fileName ? fileName : "", "there is no picture to write");
+    return false;
+}
+
+FloatCacheReader::FloatCacheReader(const char* szPath, std::int32_t nWidth)
+    : m_file(szPath, O_RDONLY), m_nRowFloats(3 * static_cast<std::size_t>(nWidth)),
+      m_nBytesLeft(m_file.Size())
+{
 }
 
 bool FloatCacheReader::ReadRow()
 {
-    errno = 0;
-    m_stream.read(reinterpret_cast<char*>(m_vfRow.data()),
-                  static_cast<std::streamsize>(m_vfRow.size() * sizeof(float)));
-    if (!m_stream) {
-        LS::Util::LogFailure("save", m_sPath,
-                             errno ? LS::Util::SystemError() : "the float cache file is too short");
+    const auto nRowBytes = static_cast<std::int64_t>(m_nRowFloats * sizeof(float));
+    // Tested before the row is allocated: a width that the file belies must not claim the memory for it.
+    if (m_nBytesLeft < nRowBytes) {
+        LS::Util::LogFailure("save", m_file.Path(), TOO_SHORT);
         return false;
     }
+    m_nBytesLeft -= nRowBytes;
+    m_vfRow.resize(m_nRowFloats);
+    if (!ReadBytes())
+        return false;
     for (float& fValue : m_vfRow)
         fValue = static_cast<float>(fValue * FILE_UNITS);
+    return true;
+}
+
+bool FloatCacheReader::ReadBytes()
+{
+    auto bytes = std::as_writable_bytes(std::span(m_vfRow));
+    while (!bytes.empty()) {
+        const ssize_t nRead = read(m_file.Descriptor(), bytes.data(), bytes.size());
+        if (nRead < 0 && errno == EINTR)
+            continue;
+        if (nRead <= 0) {
+            // 0 is the end: somebody cut the file while it was being read.
+            LS::Util::LogFailure("save", m_file.Path(), nRead < 0 ? LS::Util::SystemError() : TOO_SHORT);
+            return false;
+        }
+        bytes = bytes.subspan(static_cast<std::size_t>(nRead));
+    }
     return true;
 }
 

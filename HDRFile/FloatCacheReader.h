@@ -1,13 +1,17 @@
-// What the three writers share: rows of the float cache file in the files' units, and their progress.
+// What the three writers share: their arguments, the rows of the float cache file, and their progress.
 #pragma once
 
+#include "HDRFile/RegularFile.h"
 #include "engine/ProgbarSetter.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <fstream>
 #include <span>
 #include <vector>
+
+/// Whether there is a picture to write: two paths and a size of at least 1 x 1. Anything else is logged.
+bool CheckWriterArguments(const char* HDRDataFile, const char* fileName, std::int32_t nWidth,
+                          std::int32_t nHeight);
 
 /// Reads the headerless float cache file from its first row to its last.
 class FloatCacheReader {
@@ -16,19 +20,21 @@ public:
     FloatCacheReader(const char* szPath, std::int32_t nWidth);
 
     /// False if the file couldn't be opened; that is logged.
-    bool IsOpen() const { return m_bOpen; }
+    bool IsOpen() const { return m_file.IsOpen(); }
 
     /// Reads the next row and scales it: each float times 0.001, rounded to 32 bits.
-    /// @return false if the file is too short; that is logged
+    /// @return false if the file is too short or can't be read; that is logged
     bool ReadRow();
 
-    /// The latest row: nWidth x 3 floats, interleaved R, G, B. The writer may change it.
-    std::span<float> Row() { return m_vfRow; }
+    /// The latest row: nWidth x 3 floats, interleaved R, G, B.
+    std::span<const float> Row() const { return m_vfRow; }
 
 private:
-    std::string m_sPath;
-    std::ifstream m_stream;
-    bool m_bOpen;
+    bool ReadBytes();
+
+    RegularFile m_file;
+    std::size_t m_nRowFloats;
+    std::int64_t m_nBytesLeft; // by the size at the start
     std::vector<float> m_vfRow;
 };
 

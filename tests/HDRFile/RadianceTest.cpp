@@ -1,0 +1,63 @@
+// Whole Radiance pictures, read back by a reader that shares no code with the writer.
+#include "HDRFile/Radiance.h"
+
+#include "tests/HDRFile/CachePicture.h"
+#include "tests/support/FailureRecorder.h"
+#include "tests/support/RgbeReader.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+
+namespace LS::Tests {
+
+TEST(Radiance, RoundTrip)
+{
+    for (const std::int32_t nWidth : {1, 7, 8, 301}) {
+        SCOPED_TRACE(nWidth);
+        const CachePicture cache(nWidth, 5);
+        const std::string sFile = cache.File("picture.hdr");
+        WriteText(sFile, std::string(100000, '?')); // a longer file of that name leaves nothing behind
+        ASSERT_TRUE(WriteRadianceFile(cache.sPath.c_str(), sFile.c_str(), nWidth, 5, nullptr));
+
+        const RgbePicture picture = ReadRgbe(ReadBytes(sFile));
+        EXPECT_EQ((std::vector<std::string>{"#?RGBE", "FORMAT=32-bit_rle_rgbe"}), picture.vsHeader);
+        ASSERT_EQ(nWidth, picture.nWidth);
+        ASSERT_EQ(5, picture.nHeight);
+        for (std::size_t i = 0; i < cache.vfStored.size(); ++i) {
+            const Rgbe& pixel = picture.vPixels[i / 3];
+            ASSERT_LE(RgbeValue(pixel, i % 3), cache.Scaled(i)) << i;
+            ASSERT_GT(RgbeValue(pixel, i % 3) + RgbeStep(pixel), cache.Scaled(i)) << i;
+        }
+    }
+}
+
+TEST(Radiance, AThousandIsWhite)
+{
+    CachePicture cache(9, 1);
+    std::ranges::fill(cache.vfStored, 1000.0F);
+    cache.Store();
+    const std::string sFile = cache.File("picture.hdr");
+    ASSERT_TRUE(WriteRadianceFile(cache.sPath.c_str(), sFile.c_str(), 9, 1, nullptr));
+    EXPECT_EQ(std::vector<Rgbe>(9, Rgbe{128, 128, 128, 129}), ReadRgbe(ReadBytes(sFile)).vPixels);
+}
+
+TEST(Radiance, RowsBeforeAShortReadStay)
+{
+    const CachePicture cache(20, 70);
+    const std::string sPart = cache.File("part.hdr"), sWhole = cache.File("whole.hdr");
+    ASSERT_TRUE(WriteRadianceFile(cache.sPath.c_str(), sWhole.c_str(), 20, 64, nullptr));
+    std::filesystem::resize_file(cache.sPath, 20 * 12 * 64 + 100);
+    const FailureRecorder failures;
+    ASSERT_FALSE(WriteRadianceFile(cache.sPath.c_str(), sPart.c_str(), 20, 70, nullptr));
+
+    Bytes part = ReadBytes(sPart);
+    const std::string sSize = "-Y 70";
+    const auto size = std::search(part.begin(), part.end(), sSize.begin(), sSize.end());
+    ASSERT_NE(part.end(), size);
+    std::ranges::copy(std::string("-Y 64"), size);
+    EXPECT_EQ(ReadBytes(sWhole), part);
+}
+
+} // namespace LS::Tests
