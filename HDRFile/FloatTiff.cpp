@@ -1,1 +1,135 @@
+// Writes a float cache file as a floating point TIFF through libtiff.
 #include "HDRFile/FloatTiff.h"
+
+#include "HDRFile/FloatCacheReader.h"
+#include "HDRFile/RegularFile.h"
+#include "Util/FailureLog.h"
+
+#include <fcntl.h>
+#include <tiffio.h>
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstddef>
+#include <cstdio>
+#include <exception>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace {
+
+std::int32_t g_nLastPercent = -1;
+
+struct OptionsDeleter {
+    void operator()(TIFFOpenOptions* pOptions) const { TIFFOpenOptionsFree(pOptions); }
+};
+
+/// Frees the handle but leaves the descriptor open: TIFFClose would close it and tell nobody of an error.
+struct TiffDeleter {
+    void operator()(TIFF* pTiff) const { TIFFCleanup(pTiff); }
+};
+using TiffFile = std::unique_ptr<TIFF, TiffDeleter>;
+
+/// Keeps the library's first error, which names the cause; the later ones are its consequences. It says where
+/// it failed but not why, so the system's reason follows if there is one.
+int KeepFirstError(TIFF*, void* pText, const char*, const char* szFormat, va_list arguments)
+{
+    const int nError = errno;
+    auto& sText = *static_cast<std::string*>(pText);
+    char szMessage[512] = "";
+    std::vsnprintf(szMessage, sizeof szMessage, szFormat, arguments);
+    if (sText.empty()) {
+        sText = szMessage;
+        if (nError != 0)
+            sText += ": " + LS::Util::SystemError(nError);
+    }
+    return 1; // dealt with: nothing goes to the standard error stream
+}
+
+int DropWarning(TIFF*, void*, const char*, const char*, va_list)
+{
+    return 1;
+}
+
+/// @param sError  receives the library's first error as long as the handle lives
+TiffFile OpenTiff(const RegularFile& file, std::string& sError)
+{
+    const std::unique_ptr<TIFFOpenOptions, OptionsDeleter> pOptions(TIFFOpenOptionsAlloc());
+    if (!pOptions)
+        return nullptr;
+    TIFFOpenOptionsSetErrorHandlerExtR(pOptions.get(), KeepFirstError, &sError);
+    TIFFOpenOptionsSetWarningHandlerExtR(pOptions.get(), DropWarning, nullptr);
+    errno = 0;
+    return TiffFile(TIFFFdOpenExt(file.Descriptor(), file.Path().c_str(), "w", pOptions.get()));
+}
+
+void SetTags(TIFF* pTiff, std::int32_t nWidth, std::int32_t nHeight)
+{
+    TIFFSetField(pTiff, TIFFTAG_IMAGEWIDTH, nWidth);
+    TIFFSetField(pTiff, TIFFTAG_IMAGELENGTH, nHeight);
+    TIFFSetField(pTiff, TIFFTAG_COMPRESSION, COMPRESSION_LZW);
+    TIFFSetField(pTiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+    TIFFSetField(pTiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB);
+    TIFFSetField(pTiff, TIFFTAG_BITSPERSAMPLE, 32);
+    TIFFSetField(pTiff, TIFFTAG_SAMPLESPERPIXEL, 3);
+    TIFFSetField(pTiff, TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_IEEEFP);
+    TIFFSetField(pTiff, TIFFTAG_ROWSPERSTRIP, 1);
+}
+
+bool WriteStrip(TIFF* pTiff, std::int32_t y, std::span<const float> fRow)
+{
+    errno = 0;
+    // The library takes a pointer to bytes that it might swap; it does so for the other byte order only.
+    return TIFFWriteEncodedStrip(pTiff, static_cast<std::uint32_t>(y), const_cast<float*>(fRow.data()),
+                                 static_cast<tmsize_t>(fRow.size_bytes())) != -1;
+}
+
+bool LogTiffError(const RegularFile& file, const std::string& sError)
+{
+    LS::Util::LogFailure("save", file.Path(), sError.empty() ? "the TIFF library gives no reason" : sError);
+    return false;
+}
+
+bool WritePicture(const RegularFile& file, const char* HDRDataFile, std::int32_t nWidth, std::int32_t nHeight,
+                  ProgbarSetter* pProgress)
+{
+    std::string sError; // outlives the handle, whose end may report one more
+    const TiffFile pTiff = OpenTiff(file, sError);
+    if (!pTiff)
+        return LogTiffError(file, sError);
+    SetTags(pTiff.get(), nWidth, nHeight);
+
+    FloatCacheReader source(HDRDataFile, nWidth);
+    if (!source.IsOpen())
+        return false;
+    for (std::int32_t y = 0; y < nHeight; ++y) {
+        if (!source.ReadRow())
+            return false;
+        if (!WriteStrip(pTiff.get(), y, source.Row()))
+            return LogTiffError(file, sError);
+        ReportRow(pProgress, y, nHeight, g_nLastPercent);
+    }
+    errno = 0;
+    // The directory: without it the file is unreadable.
+    return TIFFFlush(pTiff.get()) == 1 || LogTiffError(file, sError);
+}
+
+} // namespace
+
+bool WriteFloatTiffFile(const char* HDRDataFile, const char* fileName, std::int32_t nWidth,
+                        std::int32_t nHeight, ProgbarSetter* pProgress)
+{
+    if (!CheckWriterArguments(HDRDataFile, fileName, nWidth, nHeight))
+        return false;
+    try {
+        RegularFile file(fileName, O_RDWR | O_CREAT | O_TRUNC);
+        if (!file.IsOpen() || !WritePicture(file, HDRDataFile, nWidth, nHeight, pProgress) || !file.Close())
+            return false;
+    } catch (const std::exception& e) {
+        LS::Util::LogFailure("save", fileName, e.what());
+        return false;
+    }
+    Report(pProgress, 100);
+    return true;
+}
