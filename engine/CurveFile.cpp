@@ -18,14 +18,6 @@ namespace {
 
 constexpr std::streamsize CURVE_BYTES = CURVE_ENTRIES * sizeof(float);
 
-/// Hands three curves over; nothing can fail any more here.
-void Append(Curves& curves, std::vector<float*>& vafCurves)
-{
-    vafCurves.reserve(vafCurves.size() + curves.size());
-    for (Curve& pCurve : curves)
-        vafCurves.push_back(pCurve.release());
-}
-
 Curves ZeroCurves()
 {
     Curves curves;
@@ -78,7 +70,7 @@ bool LoadCurves(const char* szPath, std::vector<float*>& vafCurves)
 {
     if (!szPath) {
         Curves curves = StandardCurves();
-        Append(curves, vafCurves);
+        AppendCurves(curves, vafCurves);
         return true;
     }
     try {
@@ -94,7 +86,7 @@ bool LoadCurves(const char* szPath, std::vector<float*>& vafCurves)
         Curves curves = ZeroCurves();
         for (Curve& pCurve : curves)
             file.read(reinterpret_cast<char*>(pCurve.get()), CURVE_BYTES);
-        Append(curves, vafCurves);
+        AppendCurves(curves, vafCurves);
         return true;
     } catch (const std::exception& e) {
         LS::Util::LogFailure("load curves", szPath, e.what());

@@ -12,6 +12,7 @@
 #include <vector>
 
 struct HDRWorkspace;
+struct RecoveryReport;
 
 /// Makes the HDR image of a series: empties the workspace, merges into it, and maps the first preview at
 /// exposure 0.0 and gamma 2.2.
@@ -84,3 +85,19 @@ bool MergeExposures(const std::vector<std::wstring>& vsLDRFiles, std::int32_t nW
                     const std::vector<float>& vfShutters, const std::vector<float>& vfStops,
                     const std::vector<float>& vfGains, const std::vector<float>& vfNDs,
                     const std::vector<float*>& vafCurves, ProgbarSetter* pProgress, HDRWorkspace* pHDRInfo);
+
+/// Recovers the camera's response curves from a series, on copies decimated to 300 rows or up to twice that.
+///
+/// @param vsLDRFiles  source cache files of 4 bytes a pixel, one per image, in any order
+/// @param vfShutters,vfStops,vfGains,vfNDs  of each image: seconds, f-number, gain in thirds of a natural
+///                    logarithm, neutral density in natural logarithms
+/// @param vafCurves   receives three new curves, the caller's; nothing after a failure
+/// @param pReport     null, or receives what was found on the way, also after a failure of the solving
+/// @return false for fewer than two images, for images smaller than 10 pixels, a file that can't be mapped,
+/// an
+///         exposure that is not finite, a series whose values span too little, or after a cancel
+bool CalculateCurves(const std::vector<std::wstring>& vsLDRFiles, std::int32_t nWidth, std::int32_t nHeight,
+                     const std::vector<float>& vfShutters, const std::vector<float>& vfStops,
+                     const std::vector<float>& vfGains, const std::vector<float>& vfNDs,
+                     std::vector<float*>& vafCurves, ProgbarSetter* pProgress,
+                     RecoveryReport* pReport = nullptr);

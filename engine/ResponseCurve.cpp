@@ -32,3 +32,10 @@ const std::array<float, CURVE_ENTRIES>& StandardCurve()
     static const std::array<float, CURVE_ENTRIES> curve = MakeStandardCurve();
     return curve;
 }
+
+void AppendCurves(Curves& curves, std::vector<float*>& vafCurves)
+{
+    vafCurves.reserve(vafCurves.size() + curves.size()); // nothing can fail after this
+    for (Curve& pCurve : curves)
+        vafCurves.push_back(pCurve.release());
+}

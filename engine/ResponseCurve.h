@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <memory>
+#include <vector>
 
 constexpr std::size_t CURVE_ENTRIES = 256;
 constexpr std::size_t CURVE_CHANNELS = 3; // red, green, blue
@@ -15,3 +16,6 @@ using Curves = std::array<Curve, CURVE_CHANNELS>;
 /// The built-in curve, for all three channels: 0.0001 + 0.000850147 z^1.7, each value rounded to six
 /// significant digits.
 const std::array<float, CURVE_ENTRIES>& StandardCurve();
+
+/// Hands three curves over to a vector of owning pointers, all or none.
+void AppendCurves(Curves& curves, std::vector<float*>& vafCurves);

@@ -1,0 +1,138 @@
+// Tables, grid and equations of response recovery.
+#include "engine/CurveSystem.h"
+#include "engine/RecoveryTables.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstddef>
+#include <numeric>
+
+namespace {
+
+TEST(RecoveryTables, KnownValues)
+{
+    const auto& biweight = BiweightTable();
+    EXPECT_EQ(0.0, biweight[0]);
+    EXPECT_EQ(0.000244, biweight[1]);
+    EXPECT_EQ(0.999969, biweight[127]);
+    EXPECT_EQ(0.999969, biweight[128]);
+    EXPECT_EQ(0.0, biweight[255]);
+    // The energy is known to three decimals.
+    EXPECT_NEAR(103.619, std::inner_product(biweight.begin(), biweight.end(), biweight.begin(), 0.0), 0.0005);
+
+    EXPECT_EQ(0.0F, LogTable()[0]);
+    EXPECT_EQ(0.693147F, LogTable()[1]);
+    EXPECT_EQ(5.545177F, LogTable()[255]);
+}
+
+TEST(LogGrid, EndsAndFractions)
+{
+    const LogGrid grid(20, 230);
+    for (const float fValue : {0.0F, 19.5F, 20.0F, 20.99F}) {
+        SCOPED_TRACE(fValue);
+        EXPECT_EQ(0, grid.PositionOf(fValue).nBelow);
+        EXPECT_EQ(0, grid.PositionOf(fValue).nAbove);
+        EXPECT_EQ(0.0F, grid.PositionOf(fValue).fFraction);
+    }
+    for (const float fValue : {230.0F, 230.5F, 255.0F}) {
+        const auto position = grid.PositionOf(fValue);
+        EXPECT_NEAR(255.0, position.nBelow + static_cast<double>(position.fFraction), 1e-4);
+    }
+    const double dExpected = std::log(21.0) / (std::log(211.0) / 255); // 145.06
+    for (const float fValue : {40.0F, 40.999F}) { // what stands behind the point is cut off
+        const auto position = grid.PositionOf(fValue);
+        EXPECT_EQ(145, position.nBelow);
+        EXPECT_EQ(146, position.nAbove);
+        // The table has six decimals, and a step of the grid is 0.021.
+        EXPECT_NEAR(dExpected, position.nBelow + static_cast<double>(position.fFraction), 5e-5);
+    }
+}
+
+/// A range whose upper end is rounded to a position above the last node.
+LogGrid GridBeyondItsEnd()
+{
+    for (std::int32_t nLow = 0; nLow < 206; ++nLow)
+        for (std::int32_t nHigh = nLow + 50; nHigh < 256; ++nHigh)
+            if (const LogGrid grid(nLow, nHigh); grid.PositionOf(255).nAbove > 255)
+                return grid;
+    ADD_FAILURE() << "no such range";
+    return {0, 255};
+}
+
+TEST(LogGrid, NothingBeyondTheNodesReachesTheSystem)
+{
+    for (std::int32_t nLow = 0; nLow < 255; ++nLow)
+        for (std::int32_t nHigh = nLow + 1; nHigh < 256; ++nHigh) {
+            const auto position = LogGrid(nLow, nHigh).PositionOf(static_cast<float>(nHigh));
+            ASSERT_TRUE(position.nBelow >= 254 && position.nAbove <= 256) << nLow << ' ' << nHigh;
+        }
+
+    const LogGrid grid = GridBeyondItsEnd();
+    CurveSystem system(grid, 1, 2);
+    system.AddReading(255, 0.5F, 1.0, 1);
+    EXPECT_NEAR(0.5, system.At(0, 255), 1e-4);
+    EXPECT_EQ(0.0, system.At(0, 256)); // the other sample's column
+    EXPECT_EQ(-0.5, system.At(0, 257));
+
+    std::vector<double> nodes(258, 1.0);
+    nodes[256] = 1000; // a sample's radiance
+    EXPECT_EQ(1.0F, CurveAt(nodes, grid.PositionOf(255)));
+    EXPECT_EQ(1.0F, CurveAt(nodes, {300, 301, 0.5F}));
+}
+
+TEST(CurveSystem, RowsOfBothSolves)
+{
+    const LogGrid grid(0, 255); // r = 1, node and value fall together in the smoothness rows
+    for (const bool bRadianceKnown : {false, true}) {
+        SCOPED_TRACE(bRadianceKnown);
+        CurveSystem system(grid, 2, bRadianceKnown ? 0 : 1);
+        EXPECT_EQ(2 + 257, system.Rows());
+        EXPECT_EQ(bRadianceKnown ? 256 : 257, system.Columns());
+
+        const auto sample = bRadianceKnown ? std::nullopt : std::optional<std::int32_t>(0);
+        system.AddReading(1.0F, 0.25F, 3.0, sample);
+        system.AddReading(0.0F, 0.5F, -2.0, sample);
+        system.AddAnchor();
+        system.AddSmoothness(20.0F, 1.25); // S = sqrt((0.25^2 + 0.5^2) / 1.25) = 0.5
+
+        const auto position = grid.PositionOf(1.0F);
+        EXPECT_EQ(31, position.nBelow); // log(2) / (log(256) / 255) = 31.875
+        EXPECT_NEAR(0.25 * 0.125, system.At(0, 31), 1e-5);
+        EXPECT_NEAR(0.25 * 0.875, system.At(0, 32), 1e-5);
+        EXPECT_EQ(0.75, system.RightSide(0));
+        EXPECT_EQ(0.5, system.At(1, 0)); // on a node: the whole weight
+        EXPECT_EQ(0.0, system.At(1, 1));
+        EXPECT_EQ(-1.0, system.RightSide(1));
+        if (!bRadianceKnown) {
+            EXPECT_EQ(-0.25, system.At(0, 256));
+            EXPECT_EQ(-0.5, system.At(1, 256));
+        }
+
+        EXPECT_EQ(223, grid.AnchorNode()); // log(128) / (log(256) / 255) = 223.125
+        EXPECT_EQ(1.0, system.At(2, 223));
+        for (const std::int32_t k : {0, 126, 252}) {
+            SCOPED_TRACE(k);
+            const double dExpected = 20 * 0.5 * BiweightTable()[static_cast<std::size_t>(k) + 1];
+            EXPECT_NEAR(dExpected, system.At(3 + k, k), 1e-6);
+            EXPECT_EQ(-2 * system.At(3 + k, k), system.At(3 + k, k + 1));
+            EXPECT_EQ(system.At(3 + k, k), system.At(3 + k, k + 2));
+        }
+        for (std::int32_t nRow = system.Rows() - 3; nRow < system.Rows(); ++nRow)
+            for (std::int32_t nColumn = 0; nColumn < system.Columns(); ++nColumn)
+                EXPECT_EQ(0.0, system.At(nRow, nColumn));
+    }
+}
+
+TEST(CurveSystem, AnchorBeyondANarrowRangeIsDropped)
+{
+    const LogGrid grid(100, 150);
+    EXPECT_GT(grid.AnchorNode(), 255);
+    CurveSystem system(grid, 0, 100); // the anchor would land in a sample's column
+    system.AddAnchor();
+    for (std::int32_t nColumn = 0; nColumn < system.Columns(); ++nColumn)
+        EXPECT_EQ(0.0, system.At(0, nColumn));
+    EXPECT_LE(LogGrid(100, 227).AnchorNode(), 255); // 128 values reach the last node, or just not
+}
+
+} // namespace
