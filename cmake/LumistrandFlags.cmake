@@ -19,6 +19,7 @@ target_compile_options(ls_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
     -ffp-contract=off -ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)
 if(LS_SANITIZE)
+    # float-cast-overflow: what `undefined` leaves out.
     # The sanitizers' instrumentation makes GCC 12 see uninitialised values inside the standard library.
     target_compile_options(ls_flags INTERFACE
         -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all -fno-omit-frame-pointer

@@ -40,10 +40,15 @@ unsigned char* CreateHDRImage(const std::vector<std::wstring>& vsLDRFiles, std::
     ResetWorkspace();
     PixelBuffer pPixels;
     try {
-        SubProgress merge(pProgress, 1, 80);
-        if (MergeExposures(vsLDRFiles, nWidth, nHeight, vfShutters, vfStops, vfGains, vfNDs, vafCurves,
+        const bool bRecover = vafCurves.empty();
+        SubProgress recovery(pProgress, 1, 80);
+        SubProgress merge = bRecover ? SubProgress(pProgress, 81, 96) : SubProgress(pProgress, 1, 80);
+        SubProgress preview = bRecover ? SubProgress(pProgress, 97, 99) : SubProgress(pProgress, 81, 96);
+        if ((!bRecover || CalculateCurves(vsLDRFiles, nWidth, nHeight, vfShutters, vfStops, vfGains, vfNDs,
+                                          vafCurves, recovery.Get())) &&
+            MergeExposures(vsLDRFiles, nWidth, nHeight, vfShutters, vfStops, vfGains, vfNDs, vafCurves,
                            merge.Get(), &Workspace()))
-            pPixels = FirstPreview(SubProgress(pProgress, 81, 96).Get());
+            pPixels = FirstPreview(preview.Get());
     } catch (const std::exception& e) {
         LS::Util::LogFailure("create HDR image", "", e.what());
     }

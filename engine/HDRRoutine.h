@@ -14,13 +14,14 @@
 struct HDRWorkspace;
 struct RecoveryReport;
 
-/// Makes the HDR image of a series: empties the workspace, merges into it, and maps the first preview at
-/// exposure 0.0 and gamma 2.2.
+/// Makes the HDR image of a series: empties the workspace, recovers the response curves if none are given,
+/// merges, and maps the first preview at exposure 0.0 and gamma 2.2.
 ///
 /// @param vsLDRFiles  source cache files of 4 bytes a pixel, one per image, nWidth x nHeight pixels each
 /// @param vfShutters,vfStops,vfGains,vfNDs  seconds, f-numbers, gains and neutral densities, one per image
-/// @param vafCurves   three curves of 256 floats: red, green, blue. From a success on the workspace owns the
-///                    same arrays and the caller must not delete them. After a failure the caller owns what
+/// @param vafCurves   three curves of 256 floats: red, green, blue; or none, and then the recovered ones are
+///                    appended. From a success on the workspace owns the same arrays and the caller must not
+///                    delete them. After a failure the caller owns what
 ///                    the vector holds: all of it if the merge failed; nothing if the merge had taken the
 ///                    curves and a later step failed, for then they are deleted and the vector is emptied
 /// @param pnOutWidth,pnOutHeight  receive the size of the preview on success
@@ -94,8 +95,7 @@ bool MergeExposures(const std::vector<std::wstring>& vsLDRFiles, std::int32_t nW
 /// @param vafCurves   receives three new curves, the caller's; nothing after a failure
 /// @param pReport     null, or receives what was found on the way, also after a failure of the solving
 /// @return false for fewer than two images, for images smaller than 10 pixels, a file that can't be mapped,
-/// an
-///         exposure that is not finite, a series whose values span too little, or after a cancel
+///         an exposure that is not finite, a series whose values span too little, or after a cancel
 bool CalculateCurves(const std::vector<std::wstring>& vsLDRFiles, std::int32_t nWidth, std::int32_t nHeight,
                      const std::vector<float>& vfShutters, const std::vector<float>& vfStops,
                      const std::vector<float>& vfGains, const std::vector<float>& vfNDs,

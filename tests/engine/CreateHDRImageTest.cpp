@@ -1,16 +1,20 @@
-// The whole of "create HDR" with curves given: preview, progress, and who owns the curves afterwards.
+// The whole of "create HDR" with curves given or recovered: preview, progress, and who owns the curves
+// afterwards.
 #include "engine/HDRRoutine.h"
 
 #include "Util/Paths.h"
 #include "Util/PixelBuffer.h"
 #include "engine/CacheFolder.h"
 #include "engine/HDRWorkspace.h"
+#include "engine/OwnedCurves.h"
 #include "tests/support/FailureRecorder.h"
 #include "tests/support/RecordingProgress.h"
+#include "tests/support/SyntheticSeries.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <filesystem>
 
@@ -136,6 +140,57 @@ TEST_F(CreateHDRImageTest, CancelAtEveryPosition)
         EXPECT_EQ(nPosition < 68 ? 3u : 0u, vafCurves.size());
     }
     EXPECT_TRUE(failures.Lines().empty());
+}
+
+/// What CreateHDRImage leaves for a synthetic series.
+Bytes PreviewOf(const SyntheticSeries& series, OwnedCurves& curves, ProgbarSetter* pProgress)
+{
+    std::int32_t nWidth = 0, nHeight = 0;
+    const PixelBuffer pPreview(CreateHDRImage(series.vsFiles, series.nWidth, series.nHeight,
+                                              series.vfShutters, series.vfStops, series.vfGains, series.vfNDs,
+                                              curves.Get(), &nWidth, &nHeight, pProgress));
+    if (!pPreview)
+        return {};
+    curves.Release();
+    return {pPreview.get(), pPreview.get() + std::ptrdiff_t{3} * nWidth * nHeight};
+}
+
+TEST(CreateHDRImageRecovery, RecoversTheCurvesThatItIsNotGiven)
+{
+    const TempFolder folder;
+    const SyntheticSeries series = Photograph(folder, RenderScene(90, 60), FilmResponse(), Bracket(5, 2.5));
+    const FailureRecorder failures;
+    RecordingProgress progress;
+    ProgbarSetter setter = progress.Setter();
+    OwnedCurves none, recovered;
+    const Bytes preview = PreviewOf(series, none, &setter);
+    ASSERT_FALSE(preview.empty());
+    EXPECT_EQ(3U, Workspace().vafCurves.size());
+
+    ASSERT_TRUE(CalculateCurves(series.vsFiles, series.nWidth, series.nHeight, series.vfShutters,
+                                series.vfStops, series.vfGains, series.vfNDs, recovered.Get(), nullptr));
+    EXPECT_EQ(preview, PreviewOf(series, recovered, nullptr));
+    EXPECT_TRUE(failures.Lines().empty());
+    ResetWorkspace();
+
+    // Recovery on 1..80, the merge on 81..96, the preview on 97..99.
+    const std::vector<int>& vnPositions = progress.Positions();
+    for (const int nExpected : {80, 81, 96, 97, 99})
+        EXPECT_NE(vnPositions.end(), std::find(vnPositions.begin(), vnPositions.end(), nExpected))
+            << nExpected;
+    EXPECT_EQ(99, vnPositions.back());
+}
+
+TEST(CreateHDRImageRecovery, FailsWithTheRecovery)
+{
+    const TempFolder folder;
+    const SyntheticSeries single = Photograph(folder, RenderScene(40, 30), FilmResponse(), {1.0});
+    const FailureRecorder failures;
+    OwnedCurves none;
+    EXPECT_TRUE(PreviewOf(single, none, nullptr).empty());
+    EXPECT_TRUE(none.Get().empty());
+    EXPECT_TRUE(Workspace().sHDRFile.empty());
+    EXPECT_EQ(1U, failures.Lines().size());
 }
 
 } // namespace
