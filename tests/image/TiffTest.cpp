@@ -1,0 +1,266 @@
+// 8-bit TIFF files, read back by libtiff.
+#include "image/tiff.h"
+
+#include "tests/image/RawPicture.h"
+#include "tests/support/FailureRecorder.h"
+#include "tests/support/ResourceLimit.h"
+
+#include <gtest/gtest.h>
+#include <tiffio.h>
+
+#include <climits>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+
+#include <sys/stat.h>
+
+using namespace LS::Tests;
+namespace fs = std::filesystem;
+
+namespace {
+
+struct TiffCloser {
+    void operator()(TIFF* pTiff) const { TIFFClose(pTiff); }
+};
+using TiffFile = std::unique_ptr<TIFF, TiffCloser>;
+
+TiffFile OpenTiff(const std::string& sPath)
+{
+    TIFFSetWarningHandler(nullptr); // of four samples without a word on the fourth
+    return TiffFile(TIFFOpen(sPath.c_str(), "r"));
+}
+
+template <typename Value> std::optional<Value> Tag(const TiffFile& file, std::uint32_t nTag)
+{
+    Value value{};
+    if (TIFFGetField(file.get(), nTag, &value) != 1)
+        return {};
+    return value;
+}
+
+std::optional<std::uint16_t> ShortTag(const TiffFile& file, std::uint32_t nTag)
+{
+    return Tag<std::uint16_t>(file, nTag);
+}
+
+Bytes Pixels(const TiffFile& file)
+{
+    Bytes pixels;
+    Bytes row(static_cast<std::size_t>(TIFFScanlineSize(file.get())));
+    const std::uint32_t nHeight = Tag<std::uint32_t>(file, TIFFTAG_IMAGELENGTH).value();
+    for (std::uint32_t y = 0; y < nHeight; ++y) {
+        EXPECT_EQ(1, TIFFReadScanline(file.get(), row.data(), y));
+        pixels.insert(pixels.end(), row.begin(), row.end());
+    }
+    return pixels;
+}
+
+/// 5 x 3 pixels A R G B with a run, a ramp and A = 255.
+Bytes Argb()
+{
+    Bytes pixels;
+    for (int i = 0; i < 15; ++i) {
+        const auto nRamp = static_cast<unsigned char>(i < 7 ? 9 : 17 * i);
+        pixels.insert(pixels.end(), {255, nRamp, static_cast<unsigned char>(255 - nRamp), 128});
+    }
+    return pixels;
+}
+
+Bytes Rgba(const Bytes& argb)
+{
+    Bytes rgba;
+    for (std::size_t i = 0; i < argb.size(); i += 4)
+        rgba.insert(rgba.end(), {argb[i + 1], argb[i + 2], argb[i + 3], argb[i]});
+    return rgba;
+}
+
+/// Calls the writer and returns its result and what it put on the error stream.
+struct Written {
+    int nResult;
+    std::string sErrorStream;
+};
+
+Written Write(RawImage& raw, const std::string& sPath, unsigned nCompression = 2, bool bSixteenBit = false)
+{
+    testing::internal::CaptureStderr();
+    const int nResult = WriteLdrTiff(raw, sPath.c_str(), nCompression, bSixteenBit);
+    return {nResult, testing::internal::GetCapturedStderr()};
+}
+
+} // namespace
+
+TEST(WriteLdrTiff, TagsAndPixelsOfEachCompression)
+{
+    const struct {
+        unsigned argument;
+        std::uint16_t code;
+        std::optional<std::uint16_t> predictor;
+    } cases[] = {{0, 1, {}},     {1, 32946, {}},  {2, 32773, {}},       {3, 5, 2},
+                 {5, 32773, {}}, {99, 32773, {}}, {UINT_MAX, 32773, {}}};
+    for (const auto& c : cases)
+        for (const bool bSixteenBit : {false, true}) { // without effect on 32 bits a pixel
+            SCOPED_TRACE(c.argument);
+            const TempFolder folder;
+            const FailureRecorder log;
+            WriteBytes(folder.File("a.tif"), Argb().data(), 60); // replaced
+            RawPicture picture(5, 3, 32, Argb());
+            const Written written = Write(picture.raw, folder.File("a.tif"), c.argument, bSixteenBit);
+            ASSERT_EQ(1, written.nResult);
+            EXPECT_EQ("", written.sErrorStream);
+            EXPECT_TRUE(log.Lines().empty());
+
+            const TiffFile file = OpenTiff(folder.File("a.tif"));
+            ASSERT_TRUE(file);
+            EXPECT_EQ(5U, Tag<std::uint32_t>(file, TIFFTAG_IMAGEWIDTH));
+            EXPECT_EQ(3U, Tag<std::uint32_t>(file, TIFFTAG_IMAGELENGTH));
+            EXPECT_EQ(8, ShortTag(file, TIFFTAG_BITSPERSAMPLE));
+            EXPECT_EQ(2, ShortTag(file, TIFFTAG_PHOTOMETRIC));
+            EXPECT_EQ(1, ShortTag(file, TIFFTAG_PLANARCONFIG));
+            EXPECT_EQ(4, ShortTag(file, TIFFTAG_SAMPLESPERPIXEL));
+            EXPECT_EQ(c.code, ShortTag(file, TIFFTAG_COMPRESSION));
+            EXPECT_EQ(1, ShortTag(file, TIFFTAG_ORIENTATION));
+            EXPECT_EQ(1U, Tag<std::uint32_t>(file, TIFFTAG_ROWSPERSTRIP));
+            EXPECT_EQ(3U, TIFFNumberOfStrips(file.get()));
+            EXPECT_EQ(2, ShortTag(file, TIFFTAG_RESOLUTIONUNIT));
+            EXPECT_EQ(300.0F, Tag<float>(file, TIFFTAG_XRESOLUTION));
+            EXPECT_EQ(300.0F, Tag<float>(file, TIFFTAG_YRESOLUTION));
+            std::uint16_t nPage = 0, nPages = 1;
+            EXPECT_EQ(1, TIFFGetField(file.get(), TIFFTAG_PAGENUMBER, &nPage, &nPages));
+            EXPECT_EQ(101, nPage);
+            EXPECT_EQ(0, nPages);
+            EXPECT_EQ(std::nullopt, ShortTag(file, TIFFTAG_SAMPLEFORMAT));
+            EXPECT_EQ(c.predictor, ShortTag(file, TIFFTAG_PREDICTOR));
+            for (const std::uint32_t nTag : {TIFFTAG_EXTRASAMPLES, TIFFTAG_ICCPROFILE, TIFFTAG_SOFTWARE,
+                                             TIFFTAG_XPOSITION, TIFFTAG_PIXAR_IMAGEFULLWIDTH}) {
+                const void* pValue = nullptr;
+                std::uint32_t nCount = 0;
+                EXPECT_EQ(0, TIFFGetField(file.get(), nTag, &nCount, &pValue)) << nTag;
+            }
+            EXPECT_EQ(Rgba(Argb()), Pixels(file));
+            EXPECT_EQ(1, TIFFLastDirectory(file.get()));
+        }
+}
+
+TEST(WriteLdrTiff, OtherDepths)
+{
+    const std::vector<std::uint16_t> words{0x1234, 0xFFFF, 0x00FF, 0x8000, 0x0100, 0xABCD};
+    const Bytes highBytes{0x12, 0xFF, 0x00, 0x80, 0x01, 0xAB};
+    const Bytes floats = AsBytes(std::vector<float>{0.5F, -1.0F, 1e30F});
+    const std::vector<std::uint16_t> argb{0xFFFF, 0x1234, 0x5678, 0x9ABC};
+    const struct {
+        const char* name;
+        std::int32_t width, bitsPerPixel;
+        Bytes record;
+        bool sixteenBit;
+        std::uint16_t samples, bitsPerSample;
+        std::optional<std::uint16_t> format;
+        Bytes file;
+    } cases[] = {
+        {"24", 2, 24, {1, 2, 3, 4, 5, 6}, true, 3, 8, {}, {1, 2, 3, 4, 5, 6}},
+        {"48 kept", 2, 48, AsBytes(words), true, 3, 16, {}, AsBytes(words)},
+        {"48 cut", 2, 48, AsBytes(words), false, 3, 8, {}, highBytes},
+        {"64 kept",
+         1,
+         64,
+         AsBytes(argb),
+         true,
+         4,
+         16,
+         {},
+         AsBytes(std::vector<std::uint16_t>{0x1234, 0x5678, 0x9ABC, 0xFFFF})},
+        {"64 cut", 1, 64, AsBytes(argb), false, 4, 8, {}, {0x12, 0x56, 0x9A, 0xFF}},
+        {"96", 1, 96, floats, true, 3, 32, SAMPLEFORMAT_IEEEFP, floats},
+        {"128", 1, 128, AsBytes(std::vector<float>{1.0F, 2.0F, 3.0F, 4.0F}), true, 4, 32, SAMPLEFORMAT_IEEEFP,
+         AsBytes(std::vector<float>{2.0F, 3.0F, 4.0F, 1.0F})},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const TempFolder folder;
+        RawPicture picture(c.width, 1, c.bitsPerPixel, c.record);
+        ASSERT_EQ(1, Write(picture.raw, folder.File("a.tif"), 3, c.sixteenBit).nResult);
+        const TiffFile file = OpenTiff(folder.File("a.tif"));
+        ASSERT_TRUE(file);
+        EXPECT_EQ(c.samples, ShortTag(file, TIFFTAG_SAMPLESPERPIXEL));
+        EXPECT_EQ(c.bitsPerSample, ShortTag(file, TIFFTAG_BITSPERSAMPLE));
+        EXPECT_EQ(c.format, ShortTag(file, TIFFTAG_SAMPLEFORMAT));
+        EXPECT_EQ(c.file, Pixels(file));
+    }
+}
+
+TEST(WriteLdrTiff, JpegFailsAtTheFirstRow)
+{
+    const TempFolder folder;
+    const FailureRecorder log;
+    RawPicture picture(5, 3, 32, Argb());
+    const Written written = Write(picture.raw, folder.File("a.tif"), 4);
+    EXPECT_EQ(-1, written.nResult);
+    EXPECT_EQ("P:write image failed\n", written.sErrorStream);
+    EXPECT_TRUE(folder.Names().empty());
+    ASSERT_EQ(1U, log.Lines().size());
+    EXPECT_NE(std::string::npos, log.Lines()[0].find("multiple of")) << log.Lines()[0];
+}
+
+TEST(WriteLdrTiff, WhatCannotBeOpened)
+{
+    const TempFolder folder;
+    ASSERT_EQ(0, mkfifo(folder.File("pipe").c_str(), 0600));
+    fs::create_directory(folder.File("folder"));
+    fs::create_symlink("/dev/full", folder.File("device"));
+    const auto before = folder.Names();
+    const struct {
+        const char* file;
+        const char* reason;
+    } cases[] = {{"missing/a.tif", "No such file or directory"},
+                 {"pipe", "not a regular file"},
+                 {"folder", "Is a directory"},
+                 {"device", "not a regular file"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.file);
+        RawPicture picture(5, 3, 32, Argb());
+        const FailureRecorder log;
+        const Written written = Write(picture.raw, folder.File(c.file));
+        EXPECT_EQ(-1, written.nResult);
+        EXPECT_EQ("P:image file open failed\n", written.sErrorStream);
+        EXPECT_EQ(std::vector{"save: " + folder.File(c.file) + ": " + c.reason}, log.Lines());
+        EXPECT_EQ(Argb(), picture.Pixels()) << "another attempt with the same record must not turn it again";
+    }
+    EXPECT_EQ(before, folder.Names());
+}
+
+TEST(WriteLdrTiff, WhatIsNoPicture)
+{
+    const TempFolder folder;
+    WriteText(folder.File("a.tif"), "old");
+    RawPicture narrow(0, 3, 32, Argb()), flat(5, 0, 32, Argb()), odd(5, 3, 8, Bytes(15));
+    RawImage empty{5, 3, 20, 32, 60, nullptr};
+    for (RawImage* const pRaw : {&narrow.raw, &flat.raw, &odd.raw, &empty}) {
+        std::string sReason;
+        EXPECT_EQ(-1, WriteLdrTiff(*pRaw, folder.File("a.tif").c_str(), 0, false, &sReason));
+        EXPECT_EQ("no name, or no picture", sReason);
+    }
+    EXPECT_EQ(3U, ReadBytes(folder.File("a.tif")).size());
+}
+
+TEST(WriteLdrTiff, FullDiskDeletesTheFile)
+{
+    const TempFolder folder;
+    const std::string sPath = folder.File("a.tif");
+    testing::internal::CaptureStderr();
+    for (const unsigned nCompression : {0U, 1U, 2U, 3U}) {
+        RawPicture whole(5, 3, 32, Argb());
+        ASSERT_EQ(1, WriteLdrTiff(whole.raw, sPath.c_str(), nCompression, false));
+        const rlim_t nSize = fs::file_size(sPath);
+        for (rlim_t nMissing = 0; nMissing <= nSize; nMissing += nMissing < 4 ? 1 : 11) {
+            RawPicture picture(5, 3, 32, Argb());
+            const FailureRecorder log;
+            const ResourceLimit full(RLIMIT_FSIZE, nSize - nMissing);
+            const bool bFits = nMissing == 0;
+            ASSERT_EQ(bFits ? 1 : -1, WriteLdrTiff(picture.raw, sPath.c_str(), nCompression, false));
+            ASSERT_EQ(bFits, fs::exists(sPath)) << nMissing << " of " << nSize;
+            ASSERT_EQ(bFits ? 0U : 1U, log.Lines().size()) << nMissing << " of " << nSize;
+        }
+    }
+    testing::internal::GetCapturedStderr();
+}
