@@ -98,17 +98,8 @@ Result Failure(const std::string& sReason)
     return {LdrOutcome::Failed, sReason};
 }
 
-Result Committed(ReplacedFile& file)
+Result WriteTiff(const wxImage& image, const ReplacedFile& file, const LdrOptions& options)
 {
-    return file.Commit() ? Result{} : Failure(file.Reason());
-}
-
-Result SaveTiff(const wxImage& image, const std::string& sPath, const LdrOptions& options)
-{
-    ReplacedFile file(sPath);
-    if (!file.IsOpen())
-        return Failure(file.Reason());
-
     RawImage raw;
     if (ConvertToRaw(image, raw) == RawConversion::NoMemory)
         return {LdrOutcome::OutOfMemory, "no memory for the pixels"};
@@ -116,10 +107,10 @@ Result SaveTiff(const wxImage& image, const std::string& sPath, const LdrOptions
     std::string sReason;
     if (WriteLdrTiff(raw, file.Path().c_str(), options.nCompression, options.bSixteenBit, &sReason) != 1)
         return Failure(sReason);
-    return Committed(file);
+    return {};
 }
 
-Result SaveEncoded(wxImage& image, const std::string& sPath, LdrFormat format, const LdrOptions& options)
+Result WriteEncoded(wxImage& image, ReplacedFile& file, LdrFormat format, const LdrOptions& options)
 {
     if (!HeaderHolds(image, format))
         return Failure("the picture is too large for the format");
@@ -131,31 +122,42 @@ Result SaveEncoded(wxImage& image, const std::string& sPath, LdrFormat format, c
         return Failure("the picture could not be encoded");
     if (!encoded.IsWhole())
         return Failure("no memory for the encoded picture");
-
-    ReplacedFile file(sPath);
-    if (!file.Write(encoded.Encoded().data(), encoded.Encoded().size()))
-        return Failure(file.Reason());
-    return Committed(file);
+    return file.Write(encoded.Encoded().data(), encoded.Encoded().size()) ? Result{} : Failure(file.Reason());
 }
 
-Result Save(wxImage& image, const std::string& sPath, LdrFormat format, const LdrOptions& options)
+Result Write(wxImage& image, ReplacedFile& file, LdrFormat format, const LdrOptions& options)
 try {
     if (!image.IsOk())
         return Failure("there is no picture");
-    return format == LdrFormat::Tiff ? SaveTiff(image, sPath, options)
-                                     : SaveEncoded(image, sPath, format, options);
+    if (!file.IsOpen())
+        return Failure(file.Reason());
+    return format == LdrFormat::Tiff ? WriteTiff(image, file, options)
+                                     : WriteEncoded(image, file, format, options);
 } catch (const std::exception& e) {
     return {LdrOutcome::Exception, e.what()};
 } catch (...) {
     return {LdrOutcome::Exception, "an unknown exception"};
 }
 
-} // namespace
-
-LdrOutcome SaveLdr(wxImage& image, const std::string& sPath, LdrFormat format, const LdrOptions& options)
+LdrOutcome Logged(const Result& result, const std::string& sPath)
 {
-    const Result result = Save(image, sPath, format, options);
     if (result.outcome != LdrOutcome::Saved)
         LS::Util::LogFailure("save", sPath, result.sReason);
     return result.outcome;
+}
+
+} // namespace
+
+LdrOutcome WriteLdr(wxImage& image, ReplacedFile& file, LdrFormat format, const LdrOptions& options)
+{
+    return Logged(Write(image, file, format, options), file.Path());
+}
+
+LdrOutcome SaveLdr(wxImage& image, const std::string& sPath, LdrFormat format, const LdrOptions& options)
+{
+    ReplacedFile file(sPath);
+    Result result = Write(image, file, format, options);
+    if (result.outcome == LdrOutcome::Saved && !file.Commit())
+        result = Failure(file.Reason());
+    return Logged(result, sPath);
 }

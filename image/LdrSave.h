@@ -5,6 +5,10 @@
 
 #include <wx/image.h>
 
+namespace LS::Util {
+class ReplacedFile;
+}
+
 enum class LdrFormat { Jpeg, Png, Tiff, Bmp, Targa };
 
 /// Each format looks at its own.
@@ -29,3 +33,7 @@ enum class LdrOutcome {
 /// @param sPath  in the file system's bytes; what may stand there is told at LS::Util::ReplacedFile
 LdrOutcome SaveLdr(wxImage& image, const std::string& sPath, LdrFormat format,
                    const LdrOptions& options = {});
+
+/// The same without the last step, for a caller that commits the file later, with others perhaps.
+LdrOutcome WriteLdr(wxImage& image, LS::Util::ReplacedFile& file, LdrFormat format,
+                    const LdrOptions& options = {});
