@@ -16,14 +16,16 @@ struct ExposureValues {
 
 enum class ExifOutcome {
     Read,   ///< every value is taken from the file; a tag that it lacks reads as -1
-    NoExif, ///< a picture without Exif data: nothing is changed
+    NoExif, ///< a picture without Exif data, or none that could be understood: nothing is changed
     Failed  ///< not a regular file, or unreadable; what was read before the fault stays
 };
 
-/// Reads the exposure values of a photograph.
+/// Reads the exposure values of a photograph. Nothing is printed.
 ///
+/// A tag without any value in it is a fault; a fraction with the denominator 0 reads as 0.
 /// @param sPath   in the file system's bytes. Only an existing regular file is opened: the library would
 ///                follow addresses and wait for pipes
 /// @param values  receives the values in the order of its members; starts as the caller left it
-/// @param psReason  if not null, receives why it failed
+/// @param psReason  if not null, receives why it failed, or which errors the library met before it found
+///                  no Exif data; else it becomes empty
 ExifOutcome ReadExif(const std::string& sPath, ExposureValues& values, std::string* psReason = nullptr);

@@ -1,1 +1,117 @@
+// Decodes photographs, safely also where the file is damaged or hostile.
 #include "image/ImageDecoder.h"
+
+#include "Util/FailureLog.h"
+#include "image/DecoderProcess.h"
+#include "image/FileDescriptor.h"
+#include "image/ImageHeader.h"
+#include "image/RegularFile.h"
+
+#include <wx/log.h>
+#include <wx/wfstream.h>
+
+#include <fcntl.h>
+
+#include <cstdio>
+#include <exception>
+#include <utility>
+
+namespace {
+
+/// Collects the image library's errors and warnings as long as it lives.
+class LibraryLog : public wxLog {
+public:
+    LibraryLog() : m_pPrevious(wxLog::SetActiveTarget(this)) {}
+    LibraryLog(const LibraryLog&) = delete;
+    LibraryLog& operator=(const LibraryLog&) = delete;
+    ~LibraryLog() override { wxLog::SetActiveTarget(m_pPrevious); }
+
+    /// All of it in one line.
+    std::string Text() const
+    {
+        return m_sText.empty() ? "damaged, or of a kind that the decoder doesn't know" : m_sText;
+    }
+
+protected:
+    void DoLogRecord(wxLogLevel nLevel, const wxString& message, const wxLogRecordInfo&) override
+    {
+        const std::string sMessage = message.utf8_string();
+        // Checking a header and decoding behind it meet the same faults.
+        if (nLevel <= wxLOG_Warning && m_sText.find(sMessage) == std::string::npos)
+            m_sText.append(m_sText.empty() ? "" : "; ").append(sMessage);
+    }
+
+private:
+    wxLog* m_pPrevious;
+    std::string m_sText;
+};
+
+DecodedImage Failure(DecodeOutcome outcome, std::string sReason)
+{
+    return {outcome, wxImage(), std::move(sReason)};
+}
+
+wxBitmapType HandlerOf(PictureFormat format)
+{
+    switch (format) {
+    case PictureFormat::Jpeg:
+        return wxBITMAP_TYPE_JPEG;
+    case PictureFormat::Png:
+        return wxBITMAP_TYPE_PNG;
+    case PictureFormat::Tiff:
+        return wxBITMAP_TYPE_TIFF;
+    case PictureFormat::Other:
+        break;
+    }
+    return wxBITMAP_TYPE_ANY;
+}
+
+/// Decodes an open file from its start with the library's decoder of a format.
+DecodedImage Decode(int nFile, PictureFormat format, const LibraryLog& log)
+{
+    // The stream owns what it reads; the caller's descriptor must survive it.
+    FileDescriptor own(::fcntl(nFile, F_DUPFD_CLOEXEC, 0));
+    std::FILE* pFile = own.IsOpen() ? ::fdopen(own.Get(), "rb") : nullptr;
+    if (!pFile)
+        return Failure(DecodeOutcome::Undecodable, LS::Util::SystemError());
+    own.Release();
+    wxFFileInputStream file(pFile);
+    wxBufferedInputStream stream(file);
+
+    try {
+        wxImage image;
+        // This decoder prints to the error stream unless it is told to be silent.
+        if (format == PictureFormat::Jpeg)
+            image.SetLoadFlags(image.GetLoadFlags() & ~wxImage::Load_Verbose);
+        if (image.LoadFile(stream, HandlerOf(format)) && image.IsOk())
+            return {DecodeOutcome::Decoded, image, {}};
+    } catch (const std::exception& fault) {
+        return Failure(DecodeOutcome::Undecodable, fault.what());
+    }
+    return Failure(DecodeOutcome::Undecodable, log.Text());
+}
+
+} // namespace
+
+void RegisterImageHandlers()
+{
+    if (!wxImage::FindHandler(wxBITMAP_TYPE_JPEG))
+        wxInitAllImageHandlers();
+}
+
+DecodedImage DecodeImage(const std::string& sPath, std::chrono::milliseconds timeLimit)
+{
+    std::string sReason;
+    if (!IsRegularFile(sPath, sReason))
+        return Failure(DecodeOutcome::Missing, sReason);
+    const FileDescriptor file(::open(sPath.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file.IsOpen())
+        return Failure(DecodeOutcome::Undecodable, LS::Util::SystemError());
+
+    const LibraryLog log;
+    const PictureFormat format = FormatOf(file.Get());
+    if (PixelsAsked(file.Get(), format) > std::uint64_t{MAX_DECODED_PIXELS})
+        return Failure(DecodeOutcome::Undecodable, "the header asks for more than 512 megapixels");
+    const auto decode = [&] { return Decode(file.Get(), format, log); };
+    return format == PictureFormat::Other ? DecodeInChild(decode, file.Get(), timeLimit) : decode();
+}

@@ -1,11 +1,25 @@
 // Decodes photographs, safely also where the file is damaged or hostile.
 #pragma once
 
+#include <chrono>
+#include <cstdint>
 #include <string>
 
 #include <wx/image.h>
 
-enum class DecodeOutcome { Decoded, Missing, Undecodable };
+/// Makes the image library know all its formats; further calls do nothing. To be called once before the
+/// first decode, after the library is initialised. A wxApp does that; a program without windows holds a
+/// wxInitializer for as long as it uses images, which needs no display.
+void RegisterImageHandlers();
+
+/// The largest picture that is decoded, in pixels: 512 megapixels, counted in units of 2^20.
+constexpr std::int64_t MAX_DECODED_PIXELS = std::int64_t{512} << 20;
+
+enum class DecodeOutcome {
+    Decoded,
+    Missing, ///< no regular file has this path
+    Undecodable
+};
 
 struct DecodedImage {
     DecodeOutcome outcome;
@@ -17,6 +31,10 @@ struct DecodedImage {
 ///
 /// JPEG, TIFF and PNG are decoded here, every other format in a child process, since the library's other
 /// decoders can crash on damaged files; a crash, or no answer in time, means undecodable. So does a header
-/// that asks for more than 512 megapixels. A JPEG that ends early is decoded, with grey rows for the rest.
-/// @param sPath  in the file system's bytes; only a regular file is opened
-DecodedImage DecodeImage(const std::string& sPath);
+/// that asks for more than MAX_DECODED_PIXELS. A JPEG that ends early is decoded, with grey rows for the
+/// rest. The picture comes as it is stored: the orientation tag of Exif isn't applied. What the library says
+/// meanwhile doesn't reach the log; it becomes the reason if the decoding fails.
+/// @param sPath      in the file system's bytes; only a regular file is opened
+/// @param timeLimit  how long a child process may take
+DecodedImage DecodeImage(const std::string& sPath,
+                         std::chrono::milliseconds timeLimit = std::chrono::seconds(10));

@@ -1,1 +1,135 @@
+// Source cache files: decoded photographs in the form in which the engine streams them.
 #include "image/SourceCache.h"
+
+#include "Util/Assertion.h"
+#include "Util/FailureLog.h"
+
+#include <wx/image.h>
+
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <cstdio>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace {
+
+constexpr std::size_t BYTES_PER_PIXEL = 4;
+
+struct FileCloser {
+    void operator()(std::FILE* pFile) const noexcept { std::fclose(pFile); }
+};
+using File = std::unique_ptr<std::FILE, FileCloser>;
+
+/// One row of A, R, G, B. @param pAlpha  width bytes, or null
+void PackRow(const unsigned char* pRGB, const unsigned char* pAlpha, std::span<unsigned char> row)
+{
+    for (std::size_t x = 0; x < row.size() / BYTES_PER_PIXEL; ++x) {
+        row[BYTES_PER_PIXEL * x] = pAlpha ? pAlpha[x] : 0;
+        row[BYTES_PER_PIXEL * x + 1] = pRGB[3 * x];
+        row[BYTES_PER_PIXEL * x + 2] = pRGB[3 * x + 1];
+        row[BYTES_PER_PIXEL * x + 3] = pRGB[3 * x + 2];
+    }
+}
+
+enum class Writing { Done, Failed, Stopped };
+
+Writing WriteRows(const wxImage& image, std::FILE* pFile, const std::function<bool(std::int32_t y)>& rowDone)
+{
+    const auto nWidth = static_cast<std::size_t>(image.GetWidth());
+    const unsigned char* pRGB = image.GetData();
+    const unsigned char* pAlpha = image.HasAlpha() ? image.GetAlpha() : nullptr;
+    std::vector<unsigned char> row(BYTES_PER_PIXEL * nWidth);
+    for (std::int32_t y = 0; y < image.GetHeight(); ++y) {
+        const std::size_t nOffset = static_cast<std::size_t>(y) * nWidth;
+        PackRow(pRGB + 3 * nOffset, pAlpha ? pAlpha + nOffset : nullptr, row);
+        if (std::fwrite(row.data(), 1, row.size(), pFile) != row.size())
+            return Writing::Failed;
+        if (rowDone && !rowDone(y))
+            return Writing::Stopped;
+    }
+    return Writing::Done;
+}
+
+/// Why a closed file isn't whole; empty if it is.
+std::string SizeFault(const std::string& sPath, std::size_t nBytes)
+{
+    struct stat status {};
+    if (::stat(sPath.c_str(), &status) != 0)
+        return LS::Util::SystemError();
+    if (static_cast<std::size_t>(status.st_size) != nBytes)
+        return std::to_string(status.st_size) + " bytes instead of " + std::to_string(nBytes);
+    return {};
+}
+
+bool Abandon(const std::string& sPath, const std::string& sReason)
+{
+    std::remove(sPath.c_str());
+    LS::Util::LogFailure("convert", sPath, sReason);
+    return false;
+}
+
+} // namespace
+
+bool WriteSourceCacheFile(const wxImage& image, const std::string& sPath,
+                          const std::function<bool(std::int32_t y)>& rowDone)
+{
+    LS_ASSERT(image.IsOk());
+    File file(std::fopen(sPath.c_str(), "wbe"));
+    if (!file) {
+        LS::Util::LogFailure("convert", sPath, LS::Util::SystemError());
+        return false;
+    }
+
+    switch (WriteRows(image, file.get(), rowDone)) {
+    case Writing::Failed:
+        return Abandon(sPath, LS::Util::SystemError());
+    case Writing::Stopped:
+        std::remove(sPath.c_str());
+        return false;
+    case Writing::Done:
+        break;
+    }
+    if (std::fclose(file.release()) != 0)
+        return Abandon(sPath, LS::Util::SystemError());
+
+    const std::size_t nPixels =
+        static_cast<std::size_t>(image.GetWidth()) * static_cast<std::size_t>(image.GetHeight());
+    const std::string sFault = SizeFault(sPath, BYTES_PER_PIXEL * nPixels);
+    return sFault.empty() || Abandon(sPath, sFault);
+}
+
+namespace ConversionPercent {
+
+namespace {
+
+/// Where the share of image i begins.
+double Start(std::int32_t i, std::int32_t nCount)
+{
+    return static_cast<double>(i) * 100 / nCount;
+}
+
+} // namespace
+
+std::int32_t Skipped(std::int32_t i, std::int32_t nCount)
+{
+    return static_cast<std::int32_t>((i + 1.0) * 100 / nCount);
+}
+
+std::int32_t Decoded(std::int32_t i, std::int32_t nCount)
+{
+    return static_cast<std::int32_t>(Start(i, nCount) + 5.0);
+}
+
+std::int32_t Row(std::int32_t i, std::int32_t nCount, std::int32_t y, std::int32_t nHeight)
+{
+    const std::int64_t nWholePercents = std::int64_t{y} * 100 / nHeight;
+    const auto nDone = static_cast<double>(nWholePercents);
+    return static_cast<std::int32_t>(
+        Start(i, nCount) + 5.5 + (nDone + 0.5) * ((i + 1.0) * 100 / nCount - Start(i, nCount) - 5.0) / 100.0);
+}
+
+} // namespace ConversionPercent

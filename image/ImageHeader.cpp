@@ -1,0 +1,204 @@
+// What the first bytes of a picture file tell before anything is decoded.
+#include "image/ImageHeader.h"
+
+#include <tiffio.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <string_view>
+
+using namespace std::string_view_literals;
+
+namespace {
+
+/// The bytes of a file in order, whatever its reading position.
+class ByteReader {
+public:
+    static constexpr int END = -1;
+
+    explicit ByteReader(int nFile) : m_nFile(nFile) {}
+
+    int Next()
+    {
+        if (m_nNext == m_nFilled && !Fill())
+            return END;
+        return m_buffer[m_nNext++];
+    }
+
+    /// Two bytes, the high one first.
+    int NextWord()
+    {
+        const int nHigh = Next();
+        const int nLow = Next();
+        return nHigh == END || nLow == END ? END : nHigh << 8 | nLow;
+    }
+
+    void Skip(std::size_t nBytes)
+    {
+        const std::size_t nBuffered = std::min(nBytes, m_nFilled - m_nNext);
+        m_nNext += nBuffered;
+        m_nOffset += static_cast<off_t>(nBytes - nBuffered);
+    }
+
+private:
+    bool Fill()
+    {
+        const ssize_t nRead = ::pread(m_nFile, m_buffer.data(), m_buffer.size(), m_nOffset);
+        m_nNext = 0;
+        m_nFilled = nRead > 0 ? static_cast<std::size_t>(nRead) : 0;
+        m_nOffset += static_cast<off_t>(m_nFilled);
+        return m_nFilled > 0;
+    }
+
+    int m_nFile;
+    off_t m_nOffset = 0; // of the byte behind the buffer
+    std::array<unsigned char, 4096> m_buffer{};
+    std::size_t m_nNext = 0;
+    std::size_t m_nFilled = 0;
+};
+
+constexpr std::uint64_t Product(int nWidth, int nHeight)
+{
+    return nWidth < 0 || nHeight < 0 ? 0
+                                     : static_cast<std::uint64_t>(nWidth) * static_cast<unsigned>(nHeight);
+}
+
+/// Markers of JPEG, ITU-T T.81, table B.1.
+namespace Marker {
+constexpr int START_OF_FRAME = 0xC0; // to 0xCF, but for the three that follow
+constexpr int HUFFMAN_TABLES = 0xC4;
+constexpr int RESERVED = 0xC8;
+constexpr int ARITHMETIC_CONDITIONING = 0xCC;
+constexpr int RESTART = 0xD0; // to 0xD7
+constexpr int START_OF_IMAGE = 0xD8;
+constexpr int END_OF_IMAGE = 0xD9;
+constexpr int START_OF_SCAN = 0xDA;
+constexpr int TEMPORARY = 0x01;
+} // namespace Marker
+
+bool IsStartOfFrame(int nMarker)
+{
+    return nMarker >= Marker::START_OF_FRAME && nMarker <= 0xCF && nMarker != Marker::HUFFMAN_TABLES &&
+           nMarker != Marker::RESERVED && nMarker != Marker::ARITHMETIC_CONDITIONING;
+}
+
+bool HasSegment(int nMarker)
+{
+    return nMarker != Marker::TEMPORARY && (nMarker < Marker::RESTART || nMarker > Marker::START_OF_IMAGE);
+}
+
+/// The next marker. As decoders do, this passes over stray bytes before it, fill bytes, and stuffed zeros.
+int NextMarker(ByteReader& bytes)
+{
+    int nByte = bytes.Next();
+    for (;;) {
+        while (nByte != 0xFF && nByte != ByteReader::END)
+            nByte = bytes.Next();
+        while (nByte == 0xFF)
+            nByte = bytes.Next();
+        if (nByte != 0)
+            return nByte;
+    }
+}
+
+std::uint64_t JpegPixels(int nFile)
+{
+    ByteReader bytes(nFile);
+    for (;;) {
+        const int nMarker = NextMarker(bytes);
+        if (nMarker == ByteReader::END || nMarker == Marker::END_OF_IMAGE || nMarker == Marker::START_OF_SCAN)
+            return 0;
+        if (!HasSegment(nMarker))
+            continue;
+        const int nLength = bytes.NextWord(); // counts itself
+        if (IsStartOfFrame(nMarker)) {
+            bytes.Skip(1); // bits of a sample
+            const int nHeight = bytes.NextWord();
+            return Product(bytes.NextWord(), nHeight);
+        }
+        bytes.Skip(static_cast<std::size_t>(std::max(nLength - 2, 0)));
+    }
+}
+
+std::uint64_t PngPixels(int nFile)
+{
+    ByteReader bytes(nFile);
+    bytes.Skip(8 + 4 + 4); // signature, then length and name of the first chunk, which is always the header
+    const auto dimension = [&bytes] {
+        const int nHigh = bytes.NextWord();
+        const int nLow = bytes.NextWord();
+        return nHigh < 0 || nLow < 0
+                   ? 0
+                   : std::uint64_t{static_cast<unsigned>(nHigh)} << 16 | static_cast<unsigned>(nLow);
+    };
+    const std::uint64_t nWidth = dimension();
+    return nWidth * dimension();
+}
+
+struct TiffCloser {
+    void operator()(TIFF* pTiff) const noexcept { TIFFClose(pTiff); }
+};
+
+/// The product of two dimension tags; 0 if one is missing.
+std::uint64_t TagProduct(TIFF* pTiff, std::uint32_t nWidthTag, std::uint32_t nHeightTag)
+{
+    std::uint32_t nWidth = 0;
+    std::uint32_t nHeight = 0;
+    TIFFGetField(pTiff, nWidthTag, &nWidth);
+    TIFFGetField(pTiff, nHeightTag, &nHeight);
+    return std::uint64_t{nWidth} * nHeight;
+}
+
+std::uint64_t TiffPixels(int nFile)
+{
+    const int nOwn = ::dup(nFile); // shares the reading position
+    ::lseek(nFile, 0, SEEK_SET);
+    // "m": without a memory mapping, which would fault where the file is cut meanwhile.
+    const std::unique_ptr<TIFF, TiffCloser> pTiff(nOwn < 0 ? nullptr : TIFFFdOpen(nOwn, "photograph", "rm"));
+    std::uint64_t nPixels = 0;
+    if (pTiff)
+        nPixels = std::max(TagProduct(pTiff.get(), TIFFTAG_IMAGEWIDTH, TIFFTAG_IMAGELENGTH),
+                           TagProduct(pTiff.get(), TIFFTAG_TILEWIDTH, TIFFTAG_TILELENGTH));
+    else if (nOwn >= 0)
+        ::close(nOwn);
+    ::lseek(nFile, 0, SEEK_SET);
+    return nPixels;
+}
+
+} // namespace
+
+PictureFormat FormatOf(int nFile)
+{
+    std::array<char, 8> head{};
+    const ssize_t nRead = ::pread(nFile, head.data(), head.size(), 0);
+    const std::string_view sHead(head.data(), nRead > 0 ? static_cast<std::size_t>(nRead) : 0);
+
+    if (sHead.starts_with("\xFF\xD8"sv))
+        return PictureFormat::Jpeg;
+    if (sHead.starts_with("\x89PNG\r\n\x1A\n"sv))
+        return PictureFormat::Png;
+    // The number behind the byte order is 42, or 43 in files with 64-bit offsets.
+    for (const std::string_view sSignature : {"II*\0"sv, "MM\0*"sv, "II+\0"sv, "MM\0+"sv})
+        if (sHead.starts_with(sSignature))
+            return PictureFormat::Tiff;
+    return PictureFormat::Other;
+}
+
+std::uint64_t PixelsAsked(int nFile, PictureFormat format)
+{
+    switch (format) {
+    case PictureFormat::Jpeg:
+        return JpegPixels(nFile);
+    case PictureFormat::Png:
+        return PngPixels(nFile);
+    case PictureFormat::Tiff:
+        return TiffPixels(nFile);
+    case PictureFormat::Other:
+        break;
+    }
+    return 0;
+}

@@ -1,0 +1,14 @@
+// What the first bytes of a picture file tell before anything is decoded.
+#pragma once
+
+#include <cstdint>
+
+enum class PictureFormat { Jpeg, Png, Tiff, Other };
+
+/// The format of an open file by its signature; the reading position plays no part and stays.
+PictureFormat FormatOf(int nFile);
+
+/// The number of pixels that the header of an open file asks for: the larger of the picture and of one tile.
+/// 0 where the header doesn't tell, which the format's decoder then finds as well, and for other formats.
+/// Leaves the reading position at the start of the file.
+std::uint64_t PixelsAsked(int nFile, PictureFormat format);

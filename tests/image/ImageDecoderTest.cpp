@@ -1,0 +1,413 @@
+// Decoding of whole, damaged and hostile files, here and in the child process.
+#include "image/ImageDecoder.h"
+
+#include "image/FileDescriptor.h"
+#include "tests/image/Pictures.h"
+#include "tests/support/TempFolder.h"
+
+#include <exiv2/exiv2.hpp>
+#include <gtest/gtest.h>
+#include <wx/log.h>
+#include <wx/mstream.h>
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <iterator>
+#include <stdexcept>
+
+using LS::Tests::BlockPicture;
+using LS::Tests::Bytes;
+using LS::Tests::Encoded;
+using LS::Tests::SamePixels;
+using LS::Tests::TempFolder;
+using namespace std::chrono_literals;
+
+namespace {
+
+std::size_t OpenDescriptors()
+{
+    const std::filesystem::directory_iterator entries("/proc/self/fd");
+    return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+}
+
+/// Checks at its end that decoding left no child process and no descriptor behind, and no message.
+class Footprint {
+public:
+    Footprint() : m_nDescriptors(OpenDescriptors()) { m_pPrevious = wxLog::SetActiveTarget(&m_log); }
+    Footprint(const Footprint&) = delete;
+    Footprint& operator=(const Footprint&) = delete;
+
+    ~Footprint()
+    {
+        EXPECT_EQ(m_nDescriptors, OpenDescriptors());
+        EXPECT_EQ(-1, ::waitpid(-1, nullptr, WNOHANG));
+        EXPECT_EQ(ECHILD, errno);
+        EXPECT_EQ(&m_log, wxLog::SetActiveTarget(m_pPrevious)) << "the log's receiver wasn't restored";
+        EXPECT_EQ("", m_log.GetBuffer().utf8_string());
+    }
+
+private:
+    std::size_t m_nDescriptors;
+    wxLogBuffer m_log;
+    wxLog* m_pPrevious = nullptr;
+};
+
+DecodedImage DecodeBytes(const Bytes& file, std::chrono::milliseconds timeLimit = 10s)
+{
+    static const TempFolder folder;
+    LS::Tests::WriteElements(folder.File("picture"), file);
+    return DecodeImage(folder.File("picture"), timeLimit);
+}
+
+const struct {
+    const char* szName;
+    wxBitmapType type;
+} FORMATS[] = {
+    {"JPEG", wxBITMAP_TYPE_JPEG}, {"PNG", wxBITMAP_TYPE_PNG}, {"TIFF", wxBITMAP_TYPE_TIFF},
+    {"BMP", wxBITMAP_TYPE_BMP},   {"GIF", wxBITMAP_TYPE_GIF}, {"PNM", wxBITMAP_TYPE_PNM},
+    {"PCX", wxBITMAP_TYPE_PCX},   {"ICO", wxBITMAP_TYPE_ICO}, {"TGA", wxBITMAP_TYPE_TGA},
+    {"XPM", wxBITMAP_TYPE_XPM},
+};
+
+/// What the image library makes of a whole file.
+wxImage DecodedByTheLibrary(const Bytes& file, wxBitmapType type)
+{
+    wxMemoryInputStream stream(file.data(), file.size());
+    wxImage image;
+    image.LoadFile(stream, type);
+    return image;
+}
+
+TEST(DecodeImage, EachFormatByItsContent)
+{
+    const TempFolder folder;
+    const Footprint footprint;
+    const wxImage picture = BlockPicture(64, 32);
+    for (const auto& format : FORMATS) {
+        SCOPED_TRACE(format.szName);
+        const Bytes file = Encoded(picture, format.type);
+        const wxImage expected = DecodedByTheLibrary(file, format.type);
+        EXPECT_NEAR(20, expected.GetRed(24, 8), 6) << "the second colour, up to the format's loss";
+        for (const char* szName :
+             {"none", "picture.jpg", "picture.png", "picture.tga", "%s.bmp", "\xFF\xE9.tif"}) {
+            LS::Tests::WriteElements(folder.File(szName), file);
+            const DecodedImage decoded = DecodeImage(folder.File(szName));
+            ASSERT_EQ(DecodeOutcome::Decoded, decoded.outcome) << decoded.sReason;
+            EXPECT_TRUE(SamePixels(expected, decoded.image));
+            EXPECT_EQ("", decoded.sReason);
+        }
+    }
+}
+
+TEST(DecodeImage, BigTiff)
+{
+    const DecodedImage decoded =
+        DecodeBytes(LS::Tests::GreyTiff({.nWidth = 64, .nHeight = 64, .bBig = true}));
+    ASSERT_EQ(DecodeOutcome::Decoded, decoded.outcome) << decoded.sReason;
+    EXPECT_EQ(77, decoded.image.GetGreen(63, 63));
+}
+
+TEST(DecodeImage, AlphaAndMaskArrive)
+{
+    wxImage picture = BlockPicture(32, 16);
+    picture.SetMaskColour(200, 30, 40);
+    const DecodedImage masked = DecodeBytes(Encoded(picture, wxBITMAP_TYPE_XPM));
+    ASSERT_EQ(DecodeOutcome::Decoded, masked.outcome);
+    EXPECT_TRUE(masked.image.HasMask());
+    EXPECT_TRUE(masked.image.IsTransparent(0, 0));
+    EXPECT_FALSE(masked.image.IsTransparent(16, 0));
+
+    picture.SetMask(false);
+    picture.InitAlpha();
+    for (int i = 0; i < 512; ++i)
+        picture.GetAlpha()[i] = static_cast<unsigned char>(i);
+    for (const wxBitmapType type : {wxBITMAP_TYPE_PNG, wxBITMAP_TYPE_TGA}) {
+        SCOPED_TRACE(type);
+        const DecodedImage decoded = DecodeBytes(Encoded(picture, type));
+        ASSERT_EQ(DecodeOutcome::Decoded, decoded.outcome) << decoded.sReason;
+        ASSERT_TRUE(decoded.image.HasAlpha());
+        EXPECT_TRUE(SamePixels(picture, decoded.image));
+        EXPECT_TRUE(std::equal(picture.GetAlpha(), picture.GetAlpha() + 512, decoded.image.GetAlpha()));
+    }
+}
+
+TEST(DecodeImage, OrientationIsNotApplied)
+{
+    const TempFolder folder;
+    LS::Tests::WriteElements(folder.File("photo.jpg"), Encoded(BlockPicture(64, 32), wxBITMAP_TYPE_JPEG));
+    const wxImage upright = DecodeImage(folder.File("photo.jpg")).image;
+    const auto pImage = Exiv2::ImageFactory::open(folder.File("photo.jpg"));
+    pImage->exifData()["Exif.Image.Orientation"] = std::uint16_t{6};
+    pImage->writeMetadata();
+    EXPECT_TRUE(SamePixels(upright, DecodeImage(folder.File("photo.jpg")).image));
+}
+
+TEST(DecodeImage, Missing)
+{
+    const TempFolder folder;
+    ASSERT_EQ(0, ::mkfifo(folder.File("pipe").c_str(), 0600));
+    std::filesystem::create_symlink(folder.File("nowhere"), folder.File("dangling"));
+    const Footprint footprint;
+    for (const std::string& sPath : {folder.File("missing"), folder.Path(), folder.File("pipe"),
+                                     folder.File("dangling"), std::string(), std::string("/dev/zero")}) {
+        SCOPED_TRACE(sPath);
+        const DecodedImage decoded = DecodeImage(sPath);
+        EXPECT_EQ(DecodeOutcome::Missing, decoded.outcome);
+        EXPECT_FALSE(decoded.image.IsOk());
+        EXPECT_NE("", decoded.sReason);
+    }
+}
+
+/// The bytes of a picture whose header claims another size.
+Bytes WithSize(wxBitmapType type, std::size_t nAt, const Bytes& size)
+{
+    Bytes file = Encoded(BlockPicture(64, 32), type);
+    std::copy(size.begin(), size.end(), file.begin() + static_cast<std::ptrdiff_t>(nAt));
+    return file;
+}
+
+TEST(DecodeImage, Undecodable)
+{
+    const Bytes jpeg = Encoded(BlockPicture(64, 32), wxBITMAP_TYPE_JPEG);
+    const Bytes png = Encoded(BlockPicture(64, 32), wxBITMAP_TYPE_PNG);
+    const std::size_t nFrame = LS::Tests::Find(jpeg, {0xFF, 0xC0, 0, 17, 8}) + 5;
+    const char* const szTooLarge = "more than 512 megapixels";
+    const struct {
+        const char* szName;
+        Bytes file;
+        const char* szReason; // a part of it
+    } cases[] = {
+        {"empty", {}, "Unknown image data format"},
+        {"text", {'h', 'e', 'l', 'l', 'o', '\n'}, "Unknown image data format"},
+        {"zeros", Bytes(1000, 0), "Unknown image data format"},
+        {"JPEG signature", {0xFF, 0xD8, 0xFF}, "damaged"},
+        {"JPEG cut in its tables", Bytes(jpeg.begin(), jpeg.begin() + 100), "damaged"},
+        {"PNG cut in its header", Bytes(png.begin(), png.begin() + 20), "PNG"},
+        {"TIFF without a directory", {'I', 'I', 42, 0, 8, 0, 0, 0}, "TIFF"},
+        {"PNG of 100000 x 100000", WithSize(wxBITMAP_TYPE_PNG, 16, {0, 1, 0x86, 0xA0, 0, 1, 0x86, 0xA0}),
+         szTooLarge},
+        {"JPEG of 65500 x 65500", WithSize(wxBITMAP_TYPE_JPEG, nFrame, {0xFF, 0xDC, 0xFF, 0xDC}), szTooLarge},
+        {"TIFF of 100000 x 90000", LS::Tests::GreyTiff({100'000, 90'000}), szTooLarge},
+        {"BMP of 100000 x 100000", WithSize(wxBITMAP_TYPE_BMP, 18, {0xA0, 0x86, 1, 0, 0xA0, 0x86, 1, 0}), ""},
+        {"TGA of 65535 x 65535", WithSize(wxBITMAP_TYPE_TGA, 12, {0xFF, 0xFF, 0xFF, 0xFF}), ""},
+    };
+    const Footprint footprint;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.szName);
+        const DecodedImage decoded = DecodeBytes(c.file);
+        EXPECT_EQ(DecodeOutcome::Undecodable, decoded.outcome);
+        EXPECT_FALSE(decoded.image.IsOk());
+        EXPECT_NE("", decoded.sReason);
+        EXPECT_NE(std::string::npos, decoded.sReason.find(c.szReason)) << decoded.sReason;
+    }
+}
+
+TEST(DecodeImage, JpegThatEndsEarlyGetsGreyRows)
+{
+    wxImage picture(64, 640);
+    for (int i = 0; i < 3 * 64 * 640; ++i)
+        picture.GetData()[i] = static_cast<unsigned char>(i * 7919 >> 5);
+    const Bytes file = Encoded(picture, wxBITMAP_TYPE_JPEG);
+    const Footprint footprint;
+    const DecodedImage whole = DecodeBytes(file);
+    const DecodedImage cut =
+        DecodeBytes(Bytes(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(file.size() / 2)));
+    ASSERT_EQ(DecodeOutcome::Decoded, cut.outcome) << cut.sReason;
+    ASSERT_EQ(picture.GetSize(), cut.image.GetSize());
+    const wxRect top(0, 0, 64, 64);
+    EXPECT_TRUE(SamePixels(whole.image.GetSubImage(top), cut.image.GetSubImage(top)));
+    for (const unsigned char nChannel :
+         {cut.image.GetRed(9, 639), cut.image.GetGreen(9, 639), cut.image.GetBlue(9, 639)})
+        EXPECT_EQ(128, nChannel);
+}
+
+TEST(DecodeImage, DamageNeverReachesThisProcess)
+{
+    constexpr std::size_t HEADER = 48; // every byte of it, then samples of what follows
+    const wxImage picture = BlockPicture(64, 32);
+    for (const auto& format : FORMATS) {
+        SCOPED_TRACE(format.szName);
+        const Footprint footprint;
+        const Bytes file = Encoded(picture, format.type);
+        int nFailed = 0;
+        for (std::size_t i = 0; i < file.size(); i += i < HEADER ? 1 : file.size() / 8 + 1) {
+            Bytes damaged = file;
+            damaged[i] ^= 0xFF;
+            for (const Bytes& variant :
+                 {damaged, Bytes(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(i))}) {
+                const DecodedImage decoded = DecodeBytes(variant, 1s);
+                ASSERT_NE(DecodeOutcome::Missing, decoded.outcome);
+                ASSERT_EQ(decoded.outcome == DecodeOutcome::Decoded, decoded.image.IsOk());
+                ASSERT_EQ(decoded.outcome == DecodeOutcome::Decoded, decoded.sReason.empty());
+                nFailed += !decoded.sReason.empty();
+            }
+        }
+        EXPECT_GT(nFailed, 4);
+    }
+}
+
+/// A format of this test's own, whose decoder does all that a decoder must not do. The file names the deed.
+class RogueHandler : public wxImageHandler {
+public:
+    static constexpr std::string_view SIGNATURE = "rogue:";
+
+    RogueHandler()
+    {
+        SetName("rogue");
+        SetType(wxBITMAP_TYPE_PICT); // which no handler of the library takes
+    }
+
+    bool LoadFile(wxImage* pImage, wxInputStream& stream, bool, int) override
+    {
+        std::string sDeed(100, '\0');
+        stream.SeekI(SIGNATURE.size());
+        sDeed.resize(stream.Read(sDeed.data(), sDeed.size()).LastRead());
+        if (sDeed == "crash")
+            std::raise(SIGSEGV);
+        if (sDeed == "abort")
+            std::abort();
+        if (sDeed == "leave")
+            ::_exit(0);
+        if (sDeed == "exit")
+            std::exit(0); // NOLINT(concurrency-mt-unsafe): the deed
+        if (sDeed == "throw")
+            throw std::runtime_error("thrown on purpose");
+        if (sDeed == "hang")
+            for (;;)
+                ::pause();
+        if (sDeed == "greedy")
+            return Refuse(::mmap(nullptr, std::size_t{16} << 30, PROT_READ | PROT_WRITE,
+                                 MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0) == MAP_FAILED);
+        if (sDeed == "look around")
+            return Refuse(!SeesADevice());
+        if (sDeed == "noise")
+            return Noise();
+        if (sDeed.starts_with("nonsense "))
+            Nonsense(sDeed.back());
+        return pImage->Create(3, 2);
+    }
+
+private:
+    bool DoCanRead(wxInputStream& stream) override
+    {
+        std::string sHead(SIGNATURE.size(), '\0');
+        return stream.Read(sHead.data(), sHead.size()).LastRead() == sHead.size() && sHead == SIGNATURE;
+    }
+
+    static bool Refuse(bool bRefused)
+    {
+        wxLogError(bRefused ? "it was refused" : "it worked");
+        return false;
+    }
+
+    /// Whether a descriptor behind the standard streams is a device; the test holds one.
+    static bool SeesADevice()
+    {
+        struct stat status {};
+        for (int nFile = STDERR_FILENO + 1; nFile < 100; ++nFile)
+            if (::fstat(nFile, &status) == 0 && S_ISCHR(status.st_mode))
+                return true;
+        return false;
+    }
+
+    static bool Noise()
+    {
+        std::fprintf(stderr, "noise\n");
+        std::printf("noise\n");
+        std::fflush(stdout);
+        wxLogDebug("a trace");
+        wxLogMessage("a message");
+        wxLogWarning("a warning");
+        wxLogError("an error");
+        return false;
+    }
+
+    /// Answers in the decoder's place.
+    static void Nonsense(char nByte)
+    {
+        const Bytes answer(64, static_cast<unsigned char>(nByte));
+        struct stat status {};
+        for (int nFile = 3; nFile < 100; ++nFile)
+            if (::fstat(nFile, &status) == 0 && S_ISFIFO(status.st_mode) &&
+                ::write(nFile, answer.data(), answer.size()) == static_cast<ssize_t>(answer.size()))
+                ::_exit(0);
+    }
+};
+
+pid_t nTestProcess = 0;
+const char* szExitMark = nullptr;
+
+void MarkForeignExit()
+{
+    if (::getpid() != nTestProcess)
+        ::close(::open(szExitMark, O_CREAT | O_WRONLY | O_CLOEXEC, 0600));
+}
+
+TEST(DecodeImage, RogueDecodersAreContained)
+{
+    const struct {
+        const char* szDeed;
+        const char* szReason; // a part of it
+    } cases[] = {
+        {"crash", "crashed: Segmentation fault"},
+        {"abort", "crashed: Aborted"},
+        {"leave", "ended without an answer"},
+        {"exit", "ended without an answer"},
+        {"throw", "thrown on purpose"},
+        {"hang", "took too long"},
+        {"greedy", "it was refused"},
+        {"look around", "it was refused"},
+        {"noise", "a warning; an error"},
+        {"nonsense \xFF", "makes no sense"},
+        {"nonsense \x01", "makes no sense"},
+        {"nonsense \x7F", "makes no sense"},
+    };
+    const TempFolder folder;
+    const std::string sExitMark = folder.File("exit");
+    nTestProcess = ::getpid();
+    szExitMark = sExitMark.c_str();
+    std::atexit(MarkForeignExit);
+    auto* const previousHandler = std::signal(SIGSEGV, [](int) { ::_exit(0); });
+    const FileDescriptor device(::open("/dev/null", O_RDONLY | O_CLOEXEC)); // to look around for
+    wxImage::AddHandler(new RogueHandler);
+
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.szDeed);
+        const Footprint footprint;
+        std::string sFile(RogueHandler::SIGNATURE);
+        sFile += c.szDeed;
+        testing::internal::CaptureStderr();
+        testing::internal::CaptureStdout();
+        const DecodedImage decoded = DecodeBytes(Bytes(sFile.begin(), sFile.end()),
+                                                 std::string_view(c.szDeed) == "hang" ? 200ms : 10s);
+        EXPECT_EQ("", testing::internal::GetCapturedStdout());
+        EXPECT_EQ("", testing::internal::GetCapturedStderr());
+        EXPECT_EQ(DecodeOutcome::Undecodable, decoded.outcome);
+        EXPECT_NE(std::string::npos, decoded.sReason.find(c.szReason)) << decoded.sReason;
+        EXPECT_TRUE(folder.Names().empty()) << "the child ran an exit handler";
+    }
+    std::string sGood(RogueHandler::SIGNATURE);
+    EXPECT_EQ(DecodeOutcome::Decoded, DecodeBytes(Bytes(sGood.begin(), sGood.end())).outcome);
+
+    wxImage::RemoveHandler("rogue");
+    std::signal(SIGSEGV, previousHandler);
+}
+
+TEST(RegisterImageHandlers, MayBeCalledAgain)
+{
+    const std::size_t nHandlers = wxImage::GetHandlers().GetCount();
+    const Footprint silent;
+    RegisterImageHandlers();
+    EXPECT_EQ(nHandlers, wxImage::GetHandlers().GetCount());
+    EXPECT_GE(nHandlers, 10U);
+}
+
+} // namespace

@@ -1,0 +1,99 @@
+// Formats and sizes, read from the first bytes of a file.
+#include "image/ImageHeader.h"
+
+#include "image/FileDescriptor.h"
+#include "tests/image/Pictures.h"
+#include "tests/support/TempFolder.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <wx/log.h>
+
+using LS::Tests::Bytes;
+using LS::Tests::Encoded;
+using LS::Tests::GreyTiff;
+using LS::Tests::TempFolder;
+
+namespace {
+
+Bytes Joined(std::initializer_list<Bytes> parts)
+{
+    Bytes all;
+    for (const Bytes& part : parts)
+        all.insert(all.end(), part.begin(), part.end());
+    return all;
+}
+
+const Bytes START = {0xFF, 0xD8};
+const Bytes FRAME = {0xFF, 0xC0, 0, 11, 8, 0x12, 0x34, 0x56, 0x78, 1, 1, 0x11, 0}; // 0x5678 x 0x1234
+
+TEST(ImageHeader, FormatAndPixels)
+{
+    constexpr std::uint64_t PIXELS = 24ULL * 16;
+    constexpr std::uint64_t FRAME_PIXELS = 0x5678ULL * 0x1234;
+    const wxImage picture = LS::Tests::BlockPicture(24, 16);
+    Bytes hugePng = Encoded(picture, wxBITMAP_TYPE_PNG);
+    for (const std::size_t nAt : {16U, 20U})
+        hugePng[nAt] = 0x7F; // the high bytes of width and height
+    Bytes progressive = FRAME;
+    progressive[1] = 0xC2;
+    const Bytes comment5000 = Joined({{0xFF, 0xFE, 5002 >> 8, 5002 & 0xFF}, Bytes(5000, 0xFF)});
+
+    const struct {
+        const char* szName;
+        Bytes file;
+        PictureFormat format;
+        std::uint64_t nPixels;
+    } cases[] = {
+        {"empty", {}, PictureFormat::Other, 0},
+        {"one byte", {0xFF}, PictureFormat::Other, 0},
+        {"bitmap", Encoded(picture, wxBITMAP_TYPE_BMP), PictureFormat::Other, 0},
+        {"half a PNG signature", {0x89, 'P', 'N', 'G'}, PictureFormat::Other, 0},
+        {"TIFF byte order, other number", {'I', 'I', 41, 0}, PictureFormat::Other, 0},
+
+        {"PNG", Encoded(picture, wxBITMAP_TYPE_PNG), PictureFormat::Png, PIXELS},
+        {"huge PNG", hugePng, PictureFormat::Png, 0x7F000018ULL * 0x7F000010ULL},
+        {"PNG without its header",
+         {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n', 0, 0},
+         PictureFormat::Png,
+         0},
+
+        {"JPEG", Encoded(picture, wxBITMAP_TYPE_JPEG), PictureFormat::Jpeg, PIXELS},
+        {"bare frame", Joined({START, FRAME}), PictureFormat::Jpeg, FRAME_PIXELS},
+        {"progressive frame", Joined({START, progressive}), PictureFormat::Jpeg, FRAME_PIXELS},
+        {"fill bytes", Joined({START, {0xFF, 0xFF, 0xFF}, FRAME}), PictureFormat::Jpeg, FRAME_PIXELS},
+        {"stray bytes", Joined({START, {1, 2, 0xFF, 0, 3}, FRAME}), PictureFormat::Jpeg, FRAME_PIXELS},
+        {"marker without length", Joined({START, {0xFF, 0xD0}, FRAME}), PictureFormat::Jpeg, FRAME_PIXELS},
+        {"segment of length 0", Joined({START, {0xFF, 0xE1, 0, 0}, FRAME}), PictureFormat::Jpeg,
+         FRAME_PIXELS},
+        {"Huffman tables are no frame", Joined({START, {0xFF, 0xC4, 0, 3, 9}, FRAME}), PictureFormat::Jpeg,
+         FRAME_PIXELS},
+        {"segments longer than the buffer", Joined({START, comment5000, comment5000, FRAME}),
+         PictureFormat::Jpeg, FRAME_PIXELS},
+        {"scan before the frame", Joined({START, {0xFF, 0xDA, 0, 2}, FRAME}), PictureFormat::Jpeg, 0},
+        {"end before the frame", Joined({START, {0xFF, 0xD9}, FRAME}), PictureFormat::Jpeg, 0},
+        {"cut in the frame", Joined({START, {0xFF, 0xC0, 0, 11, 8, 0x12}}), PictureFormat::Jpeg, 0},
+        {"cut in a segment", Joined({START, {0xFF, 0xE1, 0x70, 0, 1}}), PictureFormat::Jpeg, 0},
+        {"start only", START, PictureFormat::Jpeg, 0},
+
+        {"TIFF", Encoded(picture, wxBITMAP_TYPE_TIFF), PictureFormat::Tiff, PIXELS},
+        {"TIFF with 64-bit offsets", GreyTiff({.nWidth = 64, .nHeight = 64, .bBig = true}),
+         PictureFormat::Tiff, 64ULL * 64},
+        {"huge TIFF", GreyTiff({100'000, 90'000}), PictureFormat::Tiff, 9'000'000'000},
+        {"huge tile", GreyTiff({64, 64, 65'536}), PictureFormat::Tiff, 65'536ULL * 65'536},
+        {"TIFF without a directory", {'M', 'M', 0, 42, 0, 0, 0, 8}, PictureFormat::Tiff, 0},
+    };
+    const wxLogNull silence; // libtiff's words on the broken ones
+    const TempFolder folder;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.szName);
+        LS::Tests::WriteElements(folder.File("picture"), c.file);
+        const FileDescriptor file(::open(folder.File("picture").c_str(), O_RDONLY | O_CLOEXEC));
+        const PictureFormat format = FormatOf(file.Get());
+        EXPECT_EQ(c.format, format);
+        EXPECT_EQ(c.nPixels, PixelsAsked(file.Get(), format));
+        EXPECT_EQ(0, ::lseek(file.Get(), 0, SEEK_CUR)) << "the decoder starts here";
+    }
+}
+
+} // namespace
