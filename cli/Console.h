@@ -1,0 +1,35 @@
+// What the user of the command line sees.
+#pragma once
+
+#include "cli/Options.h"
+#include "engine/ProgbarSetter.h"
+
+#include <string>
+
+/// Errors go to the error stream, one line each; so does the progress bar, where that is a terminal. All
+/// else goes to the standard output.
+class Console : public ProgressTarget {
+public:
+    explicit Console(Verbosity verbosity);
+    ~Console() override;
+    Console(const Console&) = delete;
+    Console& operator=(const Console&) = delete;
+
+    /// "lumistrand-hdr-cli: subject: text"; an empty subject is left out.
+    void Error(const std::string& sSubject, const std::string& sText);
+    void Say(const std::string& sLine);    ///< unless quiet
+    void Detail(const std::string& sLine); ///< only if verbose
+
+    /// Moves the bar. @return false once the user asked to stop
+    bool Update(int value, const wxString& newmsg, bool* skip) override;
+
+private:
+    void ClearBar();
+
+    Verbosity m_verbosity;
+    bool m_bShowsBar;
+    bool m_bBarOnScreen = false;
+};
+
+/// printf into a string.
+[[gnu::format(printf, 1, 2)]] std::string Formatted(const char* szFormat, ...);

@@ -1,0 +1,75 @@
+// Checks, writes and renames the output files.
+#include "cli/Outputs.h"
+
+#include <set>
+#include <sys/stat.h>
+#include <utility>
+
+namespace {
+
+/// Tells one file from another, whatever its name.
+using FileIdentity = std::pair<dev_t, ino_t>;
+
+} // namespace
+
+Outputs::Outputs(const Options& options, Console& console) : m_options(options), m_console(console) {}
+
+ExitCode Outputs::Check(const std::vector<std::string>& vsImages)
+{
+    std::set<FileIdentity> sources;
+    struct stat status = {};
+    for (const std::string& sImage : vsImages)
+        if (stat(sImage.c_str(), &status) == 0)
+            sources.emplace(status.st_dev, status.st_ino);
+
+    std::vector<std::string> vsPaths;
+    for (const Output& output : m_options.vOutputs)
+        vsPaths.push_back(output.sPath);
+    if (!m_options.sSaveCurve.empty())
+        vsPaths.push_back(m_options.sSaveCurve);
+
+    std::set<std::string> seen;
+    for (const std::string& sPath : vsPaths) {
+        const bool bExists = stat(sPath.c_str(), &status) == 0;
+        std::string sFault;
+        if (!seen.insert(sPath).second)
+            sFault = "is named twice as an output";
+        else if (bExists && sources.contains({status.st_dev, status.st_ino}))
+            sFault = "is one of the photographs and is not replaced";
+        else if (bExists && !S_ISREG(status.st_mode))
+            sFault = "is not a regular file";
+        else if (bExists && !m_options.bForce)
+            sFault = "exists already; --force replaces it";
+        if (!sFault.empty())
+            return Failed(sPath, sFault);
+    }
+    return ExitCode::Done;
+}
+
+ExitCode Outputs::Write(const std::string& sPath,
+                        const std::function<std::string(LS::Util::ReplacedFile& file)>& write)
+{
+    using LS::Util::Existing;
+    PendingFile pending{sPath, std::make_unique<LS::Util::ReplacedFile>(
+                                   sPath, m_options.bForce ? Existing::Replace : Existing::Refuse)};
+    if (!pending.pFile->IsOpen())
+        return Failed(sPath, pending.pFile->Reason());
+    if (const std::string sReason = write(*pending.pFile); !sReason.empty())
+        return Failed(sPath, sReason);
+    m_vFiles.push_back(std::move(pending));
+    return ExitCode::Done;
+}
+
+ExitCode Outputs::Publish()
+{
+    for (const PendingFile& pending : m_vFiles)
+        if (!pending.pFile->Commit())
+            return Failed(pending.sPath, pending.pFile->Reason());
+    return ExitCode::Done;
+}
+
+ExitCode Outputs::Failed(const std::string& sPath, const std::string& sReason)
+{
+    m_console.Error(sPath, sReason);
+    return ExitCode::Write;
+}

@@ -1,0 +1,116 @@
+// The command line as a value.
+#include "cli/Options.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+using Arguments = std::vector<std::string>;
+
+TEST(Options, Defaults)
+{
+    const ParsedCommandLine parsed = ParseCommandLine({"a.jpg", "-o", "out.exr", "b.jpg"});
+    ASSERT_TRUE(parsed.options) << parsed.sText;
+    EXPECT_EQ((Arguments{"a.jpg", "b.jpg"}), parsed.options->vsImages);
+    ASSERT_EQ(1U, parsed.options->vOutputs.size());
+    EXPECT_EQ("out.exr", parsed.options->vOutputs[0].sPath);
+    EXPECT_EQ("", parsed.options->sCurve);
+    EXPECT_FALSE(parsed.options->bForce || parsed.options->bKeepWork);
+    EXPECT_EQ(Verbosity::Normal, parsed.options->verbosity);
+}
+
+TEST(Options, FormatOfAnOutput)
+{
+    const struct {
+        Arguments arguments;
+        OutputFormat format;
+    } cases[] = {
+        {{"-o", "x.exr"}, OutputFormat::OpenExr},
+        {{"-o", "x.EXR"}, OutputFormat::OpenExr},
+        {{"--output=a.b/x.hdr"}, OutputFormat::Radiance},
+        {{"-ox.tif"}, OutputFormat::FloatTiff},
+        {{"-o", "x.tiff"}, OutputFormat::FloatTiff},
+        {{"-o", "x.exr", "--format", "hdr"}, OutputFormat::Radiance},
+        {{"-o", "noextension", "--format=tiff"}, OutputFormat::FloatTiff},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.arguments.back());
+        Arguments arguments = c.arguments;
+        arguments.emplace_back("a.jpg");
+        const ParsedCommandLine parsed = ParseCommandLine(arguments);
+        ASSERT_TRUE(parsed.options) << parsed.sText;
+        EXPECT_EQ(c.format, parsed.options->vOutputs[0].format);
+    }
+}
+
+TEST(Options, Lists)
+{
+    const ParsedCommandLine parsed =
+        ParseCommandLine({"-o", "x.exr", "--shutter", "1/60,0.25,2", "--aperture=5.6", "a", "b", "c"});
+    ASSERT_TRUE(parsed.options) << parsed.sText;
+    EXPECT_EQ((std::vector<float>{static_cast<float>(1.0 / 60), 0.25F, 2}), parsed.options->vfShutters);
+    EXPECT_EQ(std::vector<float>{5.6F}, parsed.options->vfApertures);
+}
+
+TEST(Options, WhatIsWrongIsNamed)
+{
+    const struct {
+        Arguments arguments;
+        const char* text;
+    } cases[] = {
+        {{}, "No image"},
+        {{"-o", "x.exr"}, "No image"},
+        {{"a.jpg"}, "No output"},
+        {{"a.jpg", "-o"}, "--output: a value is missing"},
+        {{"a.jpg", "--output"}, "--output: a value is missing"},
+        {{"a.jpg", "-o", ""}, "empty"},
+        {{"a.jpg", "-o", "x.png7"}, "x.png7"},
+        {{"a.jpg", "-o", "folder.exr/x"}, "folder.exr/x"},
+        {{"a.jpg", "-o", "x.exr", "--format", "bmp7"}, "bmp7"},
+        {{"a.jpg", "-o", "x.exr", "-o", "y.hdr", "--format", "hdr"}, "single output"},
+        {{"a.jpg", "-o", "x.exr", "--shutter", "1/0"}, "\"1/0\""},
+        {{"a.jpg", "-o", "x.exr", "--shutter", "0"}, "\"0\""},
+        {{"a.jpg", "-o", "x.exr", "--shutter", "-1"}, "\"-1\""},
+        {{"a.jpg", "-o", "x.exr", "--shutter", "1e60"}, "\"1e60\""},
+        {{"a.jpg", "-o", "x.exr", "--shutter", ""}, "missing"},
+        {{"a.jpg", "-o", "x.exr", "--shutter", "1,,"}, "\"\""},
+        {{"a.jpg", "-o", "x.exr", "--shutter", "1,"}, "missing"},
+        {{"a.jpg", "-o", "x.exr", "--aperture", "nan"}, "\"nan\""},
+        {{"a.jpg", "b.jpg", "c.jpg", "-o", "x.exr", "--aperture", "8,11"}, "2 values for 3 images"},
+        {{"a.jpg", "-o", "x.exr", "--keep-work"}, "--work-dir"},
+        {{"a.jpg", "-o", "x.exr", "--nosuch"}, "--nosuch"},
+        {{"a.jpg", "-o", "x.exr", "--quiet=1"}, "--quiet"},
+        {{"a.jpg", "-o", "x.exr", "-x"}, "-x"},
+    };
+    for (const auto& c : cases) {
+        const ParsedCommandLine parsed = ParseCommandLine(c.arguments);
+        SCOPED_TRACE(parsed.sText);
+        EXPECT_FALSE(parsed.options);
+        EXPECT_EQ(ExitCode::Usage, parsed.code);
+        EXPECT_NE(std::string::npos, parsed.sText.find(c.text)) << c.text;
+    }
+}
+
+TEST(Options, TextsAreNoErrors)
+{
+    for (const char* szOption : {"-h", "--help", "-V", "--version"}) {
+        SCOPED_TRACE(szOption);
+        const ParsedCommandLine parsed = ParseCommandLine({szOption, "--nosuch"});
+        EXPECT_FALSE(parsed.options);
+        EXPECT_EQ(ExitCode::Done, parsed.code);
+        EXPECT_EQ('\n', parsed.sText.back());
+    }
+}
+
+TEST(Options, HelpNamesEveryOptionInShortLines)
+{
+    const std::string sHelp = HelpText();
+    for (const char* szOption :
+         {"-o, --output", "--format", "--curve", "--save-curve", "--shutter", "--aperture", "--work-dir",
+          "--keep-work", "-f, --force", "--quiet", "--verbose", "-h, --help", "-V, --version"})
+        EXPECT_NE(std::string::npos, sHelp.find(szOption)) << szOption;
+    std::size_t nStart = 0;
+    for (std::size_t nEnd = 0; (nEnd = sHelp.find('\n', nStart)) != std::string::npos; nStart = nEnd + 1)
+        EXPECT_LE(nEnd - nStart, 80U) << sHelp.substr(nStart, nEnd - nStart);
+}

@@ -1,0 +1,81 @@
+// A child process with its output caught in files.
+#include "tests/cli/ProgramRun.h"
+
+#include "tests/support/TempFolder.h"
+
+#include <chrono>
+#include <csignal>
+#include <fcntl.h>
+#include <stdexcept>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace LS::Tests {
+
+namespace {
+
+void RedirectTo(const std::string& sPath, int nDescriptor)
+{
+    const int nFile = open(sPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    if (nFile < 0 || dup2(nFile, nDescriptor) < 0)
+        _exit(126);
+}
+
+[[noreturn]] void BecomeProgram(const std::vector<std::string>& vsArguments, const RunOptions& options,
+                                const TempFolder& capture)
+{
+    RedirectTo(capture.File("out"), STDOUT_FILENO);
+    RedirectTo(capture.File("err"), STDERR_FILENO);
+    if (!options.folder.empty() && chdir(options.folder.c_str()) != 0)
+        _exit(126);
+    for (const std::string& sVariable : options.environment)
+        putenv(const_cast<char*>(sVariable.c_str()));
+    if (options.fileSizeLimit >= 0) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const auto nLimit = static_cast<rlim_t>(options.fileSizeLimit);
+        const rlimit limit{nLimit, nLimit};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    std::vector<char*> vszArguments{const_cast<char*>(LS_CLI_PROGRAM)};
+    for (const std::string& sArgument : vsArguments)
+        vszArguments.push_back(const_cast<char*>(sArgument.c_str()));
+    vszArguments.push_back(nullptr);
+    execv(LS_CLI_PROGRAM, vszArguments.data());
+    _exit(126);
+}
+
+int WaitFor(pid_t nProcess)
+{
+    int nStatus = 0;
+    if (waitpid(nProcess, &nStatus, 0) != nProcess)
+        throw std::runtime_error("the program got lost");
+    return WIFSIGNALED(nStatus) ? 128 + WTERMSIG(nStatus) : WEXITSTATUS(nStatus);
+}
+
+std::string Text(const std::string& sPath)
+{
+    const Bytes bytes = ReadBytes(sPath);
+    return {bytes.begin(), bytes.end()};
+}
+
+} // namespace
+
+ProgramRun RunProgram(const std::vector<std::string>& vsArguments, const RunOptions& options)
+{
+    const TempFolder capture;
+    const pid_t nProcess = fork();
+    if (nProcess < 0)
+        throw std::runtime_error("fork");
+    if (nProcess == 0)
+        BecomeProgram(vsArguments, options, capture);
+    if (options.interruptAfter >= 0) {
+        std::this_thread::sleep_for(std::chrono::duration<double>(options.interruptAfter));
+        kill(nProcess, SIGINT);
+    }
+    const int nCode = WaitFor(nProcess);
+    return {nCode, Text(capture.File("out")), Text(capture.File("err"))};
+}
+
+} // namespace LS::Tests

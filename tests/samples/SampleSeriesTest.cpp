@@ -1,0 +1,243 @@
+// The sample series against the truth that it was rendered from: the whole road from JPEG to radiance.
+#include "samples/SampleSeries.h"
+#include "Util/MappedFile.h"
+#include "Util/Paths.h"
+#include "engine/HDRRoutine.h"
+#include "engine/HDRWorkspace.h"
+#include "engine/OwnedCurves.h"
+#include "engine/ResponseCurve.h"
+#include "image/ExifReader.h"
+#include "image/ImageDecoder.h"
+#include "image/SourceCache.h"
+#include "samples/CameraResponse.h"
+#include "samples/SceneRadiance.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+#include <wx/init.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+#include <iostream>
+
+namespace LS::Tests {
+
+namespace {
+
+using namespace Samples;
+
+constexpr int STEP = 20;      // every 20th pixel in both directions is enough for a median
+constexpr int TOLERANCE = 12; // of a pixel value: JPEG on texture and three sigma of sensor noise
+
+std::string Photograph(const SampleExposure& frame)
+{
+    return std::string(LS_SAMPLES_FOLDER "/") + frame.fileName;
+}
+
+/// A sampled pixel and its true radiance.
+struct Sample {
+    int x, y;
+    std::array<double, 3> radiance;
+};
+
+/// Rendered once for all tests.
+const std::vector<Sample>& Samples()
+{
+    static const std::vector<Sample> samples = [] {
+        std::vector<Sample> vSamples;
+        for (int y = 0; y < kSampleHeight; y += STEP)
+            for (int x = 0; x < kSampleWidth; x += STEP) {
+                const Radiance radiance = TrueRadiance(x, y);
+                vSamples.push_back({x, y, {radiance.r, radiance.g, radiance.b}});
+            }
+        return vSamples;
+    }();
+    return samples;
+}
+
+double Median(std::vector<double> vdValues)
+{
+    const auto middle = vdValues.begin() + static_cast<std::ptrdiff_t>(vdValues.size() / 2);
+    std::nth_element(vdValues.begin(), middle, vdValues.end());
+    return *middle;
+}
+
+/// The series as source cache files, made once for all tests.
+class SampleSeries : public testing::Test {
+protected:
+    static void SetUpTestSuite()
+    {
+        s_pLibrary = new wxInitializer;
+        RegisterImageHandlers();
+        s_pFolder = new TempFolder;
+        for (const SampleExposure& frame : kSampleExposures) {
+            const DecodedImage decoded = DecodeImage(Photograph(frame));
+            ASSERT_EQ(DecodeOutcome::Decoded, decoded.outcome) << decoded.sReason;
+            ASSERT_TRUE(WriteSourceCacheFile(decoded.image, s_pFolder->File(frame.fileName), {}));
+        }
+    }
+
+    static void TearDownTestSuite()
+    {
+        delete s_pFolder;
+        delete s_pLibrary;
+    }
+
+    ~SampleSeries() override { ResetWorkspace(); }
+
+    static std::vector<std::wstring> Files()
+    {
+        std::vector<std::wstring> vsFiles;
+        for (const SampleExposure& frame : kSampleExposures)
+            vsFiles.push_back(s_pFolder->WideFile(frame.fileName));
+        return vsFiles;
+    }
+
+    static std::vector<float> Shutters()
+    {
+        std::vector<float> vfShutters;
+        for (const SampleExposure& frame : kSampleExposures)
+            vfShutters.push_back(static_cast<float>(frame.Seconds()));
+        return vfShutters;
+    }
+
+    static std::vector<float> Constants(double dValue)
+    {
+        return std::vector<float>(kSampleExposures.size(), static_cast<float>(dValue));
+    }
+
+    static bool Recover(OwnedCurves& curves)
+    {
+        return CalculateCurves(Files(), kSampleWidth, kSampleHeight, Shutters(), Constants(kSampleFNumber),
+                               Constants(3), Constants(0), curves.Get(), nullptr);
+    }
+
+    /// Merges, and gives the ratio of merged to true values of the sampled pixels, channel by channel.
+    static std::array<std::vector<double>, 3> MergedOverTruth(OwnedCurves& curves)
+    {
+        std::array<std::vector<double>, 3> avdRatios;
+        if (!MergeExposures(Files(), kSampleWidth, kSampleHeight, Shutters(), Constants(kSampleFNumber),
+                            Constants(3), Constants(0), curves.Get(), nullptr, &Workspace()))
+            return avdRatios;
+        curves.Release();
+        const Util::MappedFile floats("test", Util::NarrowPath(Workspace().sHDRFile),
+                                      sizeof(float) * 3 * kSampleWidth * kSampleHeight);
+        for (const Sample& sample : Samples()) {
+            std::array<float, 3> pixel{};
+            const auto nPixel = static_cast<std::size_t>(sample.y * kSampleWidth + sample.x);
+            std::memcpy(pixel.data(), floats.Data().subspan(nPixel * sizeof pixel).data(), sizeof pixel);
+            for (std::size_t c = 0; c < 3; ++c)
+                avdRatios[c].push_back(static_cast<double>(pixel[c]) / sample.radiance[c]);
+        }
+        return avdRatios;
+    }
+
+    static inline wxInitializer* s_pLibrary = nullptr;
+    static inline TempFolder* s_pFolder = nullptr;
+};
+
+/// The median of |ratio / median ratio - 1|.
+double Spread(const std::vector<double>& vdRatios)
+{
+    const double dMedian = Median(vdRatios);
+    std::vector<double> vdErrors;
+    for (const double dRatio : vdRatios)
+        vdErrors.push_back(std::fabs(dRatio / dMedian - 1));
+    return Median(vdErrors);
+}
+
+} // namespace
+
+TEST_F(SampleSeries, TellsItsExposures)
+{
+    std::uintmax_t nBytes = 0;
+    for (const SampleExposure& frame : kSampleExposures) {
+        SCOPED_TRACE(frame.fileName);
+        ExposureValues values;
+        EXPECT_EQ(ExifOutcome::Read, ReadExif(Photograph(frame), values));
+        EXPECT_EQ(kSampleWidth, values.width);
+        EXPECT_EQ(kSampleHeight, values.height);
+        EXPECT_FLOAT_EQ(static_cast<float>(frame.Seconds()), values.exposureTime);
+        EXPECT_FLOAT_EQ(static_cast<float>(kSampleFNumber), values.fNumber);
+        EXPECT_FLOAT_EQ(static_cast<float>(frame.biasHalves / 2.0), values.exposureBias);
+        nBytes += std::filesystem::file_size(Photograph(frame));
+    }
+    EXPECT_GE(3'000'000U, nBytes);
+}
+
+TEST_F(SampleSeries, SpansFourDecades)
+{
+    std::vector<double> vdLuminances;
+    for (const auto& [x, y, radiance] : Samples())
+        vdLuminances.push_back(0.2126 * radiance[0] + 0.7152 * radiance[1] +
+                               0.0722 * radiance[2]); // Rec. 709
+    std::sort(vdLuminances.begin(), vdLuminances.end());
+    EXPECT_LT(1e4, vdLuminances.back() / vdLuminances.front());
+}
+
+TEST_F(SampleSeries, IsWhatTheCameraMakesOfTheScene)
+{
+    for (const SampleExposure& frame : kSampleExposures) {
+        SCOPED_TRACE(frame.fileName);
+        const wxImage image = DecodeImage(Photograph(frame)).image;
+        std::size_t nFar = 0;
+        for (const Sample& sample : Samples()) {
+            const unsigned char* const pPixel = image.GetData() + 3 * (sample.y * kSampleWidth + sample.x);
+            for (std::size_t c = 0; c < 3; ++c) {
+                const double dValue = Response(kChannels[c], SensorExposure(sample.radiance[c], frame));
+                nFar += std::fabs(pPixel[c] - dValue) > TOLERANCE ? 1 : 0;
+            }
+        }
+        EXPECT_LT(static_cast<double>(nFar), 0.05 * 3 * static_cast<double>(Samples().size()));
+    }
+}
+
+TEST_F(SampleSeries, MergesToTheTrueRadianceWithTheTrueCurves)
+{
+    OwnedCurves curves;
+    for (const Channel channel : kChannels) {
+        const std::array<double, 256> curve = TrueCurve(channel);
+        curves.Get().push_back(new float[CURVE_ENTRIES]);
+        std::transform(curve.begin(), curve.end(), curves.Get().back(),
+                       [](double d) { return static_cast<float>(d); });
+    }
+    // What an exposure means in the merge's units: E = 100 t / (12.07488 N^2).
+    const double dUnits = kSensorConstant * 12.07488 / 100;
+    const auto avdRatios = MergedOverTruth(curves);
+    for (std::size_t c = 0; c < 3; ++c) {
+        ASSERT_FALSE(avdRatios[c].empty());
+        const double dMedian = Median(avdRatios[c]) / dUnits, dSpread = Spread(avdRatios[c]);
+        std::cout << "channel " << c << ": median " << dMedian << " of the truth, spread " << dSpread << "\n";
+        EXPECT_NEAR(1, dMedian, 0.01);
+        EXPECT_LT(dSpread, 0.05); // noise and JPEG of single pixels; 0.042 in the worst channel
+    }
+}
+
+TEST_F(SampleSeries, RecoversTheCameraAndTheRadiance)
+{
+    OwnedCurves curves;
+    ASSERT_TRUE(Recover(curves));
+    for (std::size_t c = 0; c < 3; ++c) {
+        const std::array<double, 256> truth = TrueCurve(kChannels[c]);
+        std::vector<double> vdLogRatios;
+        for (std::size_t z = 30; z <= 235; ++z)
+            vdLogRatios.push_back(std::log(static_cast<double>(curves.Get()[c][z]) / truth[z]));
+        double dMean = 0, dSquares = 0;
+        for (const double d : vdLogRatios)
+            dMean += d / static_cast<double>(vdLogRatios.size());
+        for (const double d : vdLogRatios)
+            dSquares += (d - dMean) * (d - dMean) / static_cast<double>(vdLogRatios.size());
+        std::cout << "channel " << c << ": log curve RMS " << std::sqrt(dSquares) << "\n";
+        EXPECT_LT(std::sqrt(dSquares), 0.01); // 0.0052 in the worst channel
+    }
+    const auto avdRatios = MergedOverTruth(curves);
+    for (std::size_t c = 0; c < 3; ++c) {
+        std::cout << "channel " << c << ": spread of the radiance " << Spread(avdRatios[c]) << "\n";
+        EXPECT_LT(Spread(avdRatios[c]), 0.05); // 0.043, hardly more than with the true curves
+    }
+}
+
+} // namespace LS::Tests
