@@ -126,21 +126,26 @@ Result WriteEncoded(wxImage& image, ReplacedFile& file, LdrFormat format, const 
 }
 
 Result Write(wxImage& image, ReplacedFile& file, LdrFormat format, const LdrOptions& options)
-try {
+{
     if (!image.IsOk())
         return Failure("there is no picture");
     if (!file.IsOpen())
         return Failure(file.Reason());
     return format == LdrFormat::Tiff ? WriteTiff(image, file, options)
                                      : WriteEncoded(image, file, format, options);
-} catch (const std::exception& e) {
-    return {LdrOutcome::Exception, e.what()};
-} catch (...) {
-    return {LdrOutcome::Exception, "an unknown exception"};
 }
 
-LdrOutcome Logged(const Result& result, const std::string& sPath)
+/// Logs what becomes of a save, whatever it throws.
+template <typename Save> LdrOutcome Logged(const std::string& sPath, Save save)
 {
+    Result result;
+    try {
+        result = save();
+    } catch (const std::exception& e) {
+        result = {LdrOutcome::Exception, e.what()};
+    } catch (...) {
+        result = {LdrOutcome::Exception, "an unknown exception"};
+    }
     if (result.outcome != LdrOutcome::Saved)
         LS::Util::LogFailure("save", sPath, result.sReason);
     return result.outcome;
@@ -150,14 +155,16 @@ LdrOutcome Logged(const Result& result, const std::string& sPath)
 
 LdrOutcome WriteLdr(wxImage& image, ReplacedFile& file, LdrFormat format, const LdrOptions& options)
 {
-    return Logged(Write(image, file, format, options), file.Path());
+    return Logged(file.Path(), [&] { return Write(image, file, format, options); });
 }
 
 LdrOutcome SaveLdr(wxImage& image, const std::string& sPath, LdrFormat format, const LdrOptions& options)
 {
-    ReplacedFile file(sPath);
-    Result result = Write(image, file, format, options);
-    if (result.outcome == LdrOutcome::Saved && !file.Commit())
-        result = Failure(file.Reason());
-    return Logged(result, sPath);
+    return Logged(sPath, [&] {
+        ReplacedFile file(sPath);
+        const Result result = Write(image, file, format, options);
+        if (result.outcome != LdrOutcome::Saved || file.Commit())
+            return result;
+        return Failure(file.Reason());
+    });
 }
