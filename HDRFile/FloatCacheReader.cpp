@@ -8,6 +8,7 @@
 
 #include <bit>
 #include <cerrno>
+#include <exception>
 #include <string_view>
 
 // The cache file's floats are little-endian and are used as they come.
@@ -30,7 +31,7 @@ bool CheckWriterArguments(const char* HDRDataFile, const char* fileName, std::in
 }
 
 FloatCacheReader::FloatCacheReader(const char* szPath, std::int32_t nWidth)
-    : m_file(szPath, O_RDONLY), m_nRowFloats(3 * static_cast<std::size_t>(nWidth)),
+    : m_file("save", szPath, O_RDONLY), m_nRowFloats(3 * static_cast<std::size_t>(nWidth)),
       m_nBytesLeft(m_file.Size())
 {
 }
@@ -69,13 +70,31 @@ bool FloatCacheReader::ReadBytes()
     return true;
 }
 
-void ReportRow(ProgbarSetter* pProgress, std::int32_t y, std::int32_t nHeight, std::int32_t& nLast)
+bool StreamRows(const char* HDRDataFile, std::int32_t nWidth, std::int32_t nHeight, ProgbarSetter* pProgress,
+                std::int32_t& nLast,
+                const std::function<bool(std::int32_t y, std::span<const float> fRow)>& writeRow)
 {
-    if (!pProgress)
-        return;
-    const std::int32_t nPercent = RowPercent(y, nHeight);
-    if (nPercent == nLast)
-        return;
-    nLast = nPercent;
-    pProgress->SetPercent(nPercent);
+    FloatCacheReader source(HDRDataFile, nWidth);
+    if (!source.IsOpen())
+        return false;
+    for (std::int32_t y = 0; y < nHeight; ++y) {
+        if (!source.ReadRow() || !writeRow(y, source.Row()))
+            return false;
+        const std::int32_t nPercent = RowPercent(y, nHeight);
+        if (pProgress && nPercent != nLast) {
+            nLast = nPercent;
+            pProgress->SetPercent(nPercent);
+        }
+    }
+    return true;
+}
+
+bool CatchAndLog(const char* fileName, const std::function<bool()>& save)
+{
+    try {
+        return save();
+    } catch (const std::exception& e) {
+        LS::Util::LogFailure("save", fileName, e.what());
+        return false;
+    }
 }

@@ -1,11 +1,12 @@
 // What the three writers share: their arguments, the rows of the float cache file, and their progress.
 #pragma once
 
-#include "HDRFile/RegularFile.h"
+#include "Util/RegularFile.h"
 #include "engine/ProgbarSetter.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -32,12 +33,20 @@ public:
 private:
     bool ReadBytes();
 
-    RegularFile m_file;
+    LS::Util::RegularFile m_file;
     std::size_t m_nRowFloats;
     std::int64_t m_nBytesLeft; // by the size at the start
     std::vector<float> m_vfRow;
 };
 
-/// Reports row y of nHeight unless this writer has just reported the same percentage.
-/// @param nLast  the writer's latest report; starts at -1 and outlives a single save
-void ReportRow(ProgbarSetter* pProgress, std::int32_t y, std::int32_t nHeight, std::int32_t& nLast);
+/// The part of a save that all writers have in common. Reads the rows from first to last, hands each over and
+/// reports it unless this writer has just reported the same percentage.
+/// @param nLast     the writer's latest report; starts at -1 and outlives a single save
+/// @param writeRow  gets y and the row; false, told by itself, ends the save
+/// @return false if a row couldn't be read, which is logged, or written
+bool StreamRows(const char* HDRDataFile, std::int32_t nWidth, std::int32_t nHeight, ProgbarSetter* pProgress,
+                std::int32_t& nLast,
+                const std::function<bool(std::int32_t y, std::span<const float> fRow)>& writeRow);
+
+/// Runs a save, at the border to a library that throws. @return its result; false, logged, if it threw
+bool CatchAndLog(const char* fileName, const std::function<bool()>& save);

@@ -2,8 +2,8 @@
 #include "HDRFile/FloatTiff.h"
 
 #include "HDRFile/FloatCacheReader.h"
-#include "HDRFile/RegularFile.h"
 #include "Util/FailureLog.h"
+#include "Util/RegularFile.h"
 
 #include <fcntl.h>
 #include <tiffio.h>
@@ -12,10 +12,11 @@
 #include <cstdarg>
 #include <cstddef>
 #include <cstdio>
-#include <exception>
 #include <memory>
 #include <span>
 #include <string>
+
+using LS::Util::RegularFile;
 
 namespace {
 
@@ -100,16 +101,11 @@ bool WritePicture(const RegularFile& file, const char* HDRDataFile, std::int32_t
         return LogTiffError(file, sError);
     SetTags(pTiff.get(), nWidth, nHeight);
 
-    FloatCacheReader source(HDRDataFile, nWidth);
-    if (!source.IsOpen())
+    const auto writeRow = [&](std::int32_t y, std::span<const float> fRow) {
+        return WriteStrip(pTiff.get(), y, fRow) || LogTiffError(file, sError);
+    };
+    if (!StreamRows(HDRDataFile, nWidth, nHeight, pProgress, g_nLastPercent, writeRow))
         return false;
-    for (std::int32_t y = 0; y < nHeight; ++y) {
-        if (!source.ReadRow())
-            return false;
-        if (!WriteStrip(pTiff.get(), y, source.Row()))
-            return LogTiffError(file, sError);
-        ReportRow(pProgress, y, nHeight, g_nLastPercent);
-    }
     errno = 0;
     // The directory: without it the file is unreadable.
     return TIFFFlush(pTiff.get()) == 1 || LogTiffError(file, sError);
@@ -122,14 +118,12 @@ bool WriteFloatTiffFile(const char* HDRDataFile, const char* fileName, std::int3
 {
     if (!CheckWriterArguments(HDRDataFile, fileName, nWidth, nHeight))
         return false;
-    try {
-        RegularFile file(fileName, O_RDWR | O_CREAT | O_TRUNC);
-        if (!file.IsOpen() || !WritePicture(file, HDRDataFile, nWidth, nHeight, pProgress) || !file.Close())
-            return false;
-    } catch (const std::exception& e) {
-        LS::Util::LogFailure("save", fileName, e.what());
+    const auto save = [&] {
+        RegularFile file("save", fileName, O_RDWR | O_CREAT | O_TRUNC);
+        return file.IsOpen() && WritePicture(file, HDRDataFile, nWidth, nHeight, pProgress) && file.Close();
+    };
+    if (!CatchAndLog(fileName, save))
         return false;
-    }
     Report(pProgress, 100);
     return true;
 }

@@ -18,7 +18,6 @@
 #include <clocale>
 #include <cstddef>
 #include <cstdio>
-#include <exception>
 #include <span>
 #include <system_error>
 #include <vector>
@@ -111,17 +110,14 @@ bool WritePicture(CheckedStream& stream, const char* HDRDataFile, std::int32_t n
     Imf::RgbaOutputFile file(stream, PictureHeader(nWidth, nHeight), Imf::WRITE_RGBA,
                              Imf::globalThreadCount());
     std::vector<Imf::Rgba> rgbaRow(static_cast<std::size_t>(nWidth));
-    FloatCacheReader source(HDRDataFile, nWidth);
-    if (!source.IsOpen())
-        return false;
-    for (std::int32_t y = 0; y < nHeight; ++y) {
-        if (!source.ReadRow())
-            return false;
-        ConvertRow(source.Row(), rgbaRow);
+    const auto writeRow = [&](std::int32_t y, std::span<const float> fRow) {
+        ConvertRow(fRow, rgbaRow);
         file.setFrameBuffer(PictureBase(rgbaRow.data(), y, rgbaRow.size()), 1, rgbaRow.size());
         file.writePixels(1);
-        ReportRow(pProgress, y, nHeight, g_nLastPercent);
-    }
+        return true;
+    };
+    if (!StreamRows(HDRDataFile, nWidth, nHeight, pProgress, g_nLastPercent, writeRow))
+        return false;
     Report(pProgress, 100);
     return true;
 }
@@ -138,13 +134,9 @@ bool WriteOpenExrFile(const char* HDRDataFile, const char* fileName, std::int32_
     if (!picture.IsOpen())
         return false;
     CheckedStream stream(picture.File(), fileName);
-    try {
-        if (!WritePicture(stream, HDRDataFile, nWidth, nHeight, pProgress))
-            return false;
-    } catch (const std::exception& e) {
-        LS::Util::LogFailure("save", fileName, e.what());
+    const auto save = [&] { return WritePicture(stream, HDRDataFile, nWidth, nHeight, pProgress); };
+    if (!CatchAndLog(fileName, save))
         return false;
-    }
     // The library is gone, and with it the last chance to write.
     if (stream.Error()) {
         LS::Util::LogFailure("save", fileName, LS::Util::SystemError(stream.Error()));

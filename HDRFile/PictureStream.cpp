@@ -1,8 +1,8 @@
 // Opens, buffers and closes the stream of a picture file.
 #include "HDRFile/PictureStream.h"
 
-#include "HDRFile/RegularFile.h"
 #include "Util/FailureLog.h"
+#include "Util/RegularFile.h"
 
 #include <fcntl.h>
 
@@ -18,7 +18,7 @@ constexpr std::size_t BUFFER_SIZE = std::size_t{256} * 1024;
 
 PictureStream::PictureStream(const char* szPath) : m_sPath(szPath)
 {
-    RegularFile file(szPath, O_WRONLY | O_CREAT | O_TRUNC);
+    LS::Util::RegularFile file("save", szPath, O_WRONLY | O_CREAT | O_TRUNC);
     if (!file.IsOpen())
         return;
     m_pFile.reset(fdopen(file.Descriptor(), "wb"));

@@ -6,7 +6,7 @@
 #include "HDRFile/Rgbe.h"
 #include "Util/FailureLog.h"
 
-#include <exception>
+#include <span>
 
 namespace {
 
@@ -27,17 +27,10 @@ bool WritePicture(const char* HDRDataFile, const char* fileName, std::int32_t nW
     if (WriteRgbeHeader(picture.File(), nWidth, nHeight, nullptr) < 0)
         return LogWriteError(fileName);
 
-    FloatCacheReader source(HDRDataFile, nWidth);
-    if (!source.IsOpen())
-        return false;
-    for (std::int32_t y = 0; y < nHeight; ++y) {
-        if (!source.ReadRow())
-            return false;
-        if (WriteRgbeScanlines(picture.File(), source.Row().data(), nWidth, 1) < 0)
-            return LogWriteError(fileName);
-        ReportRow(pProgress, y, nHeight, g_nLastPercent);
-    }
-    return picture.Close();
+    const auto writeRow = [&](std::int32_t, std::span<const float> fRow) {
+        return WriteRgbeScanlines(picture.File(), fRow.data(), nWidth, 1) == 0 || LogWriteError(fileName);
+    };
+    return StreamRows(HDRDataFile, nWidth, nHeight, pProgress, g_nLastPercent, writeRow) && picture.Close();
 }
 
 } // namespace
@@ -47,13 +40,9 @@ bool WriteRadianceFile(const char* HDRDataFile, const char* fileName, std::int32
 {
     if (!CheckWriterArguments(HDRDataFile, fileName, nWidth, nHeight))
         return false;
-    try {
-        if (!WritePicture(HDRDataFile, fileName, nWidth, nHeight, pProgress))
-            return false;
-    } catch (const std::exception& e) {
-        LS::Util::LogFailure("save", fileName, e.what());
+    const auto save = [&] { return WritePicture(HDRDataFile, fileName, nWidth, nHeight, pProgress); };
+    if (!CatchAndLog(fileName, save))
         return false;
-    }
     Report(pProgress, 100);
     return true;
 }

@@ -2,15 +2,13 @@
 #include "cli/Series.h"
 
 #include "Util/Paths.h"
+#include "Util/RegularFile.h"
 #include "image/ExifReader.h"
 #include "image/SeriesChecks.h"
 
 #include <algorithm>
 #include <cmath>
 #include <set>
-#include <sys/stat.h>
-
-#include "Util/FailureLog.h"
 
 namespace {
 
@@ -24,15 +22,6 @@ float ValueFor(std::size_t i, const std::vector<float>& vfValues)
     return vfValues.size() == 1 ? vfValues[0] : vfValues[i];
 }
 
-/// Why a path can't be a photograph; empty if it can.
-std::string FileFault(const std::string& sPath)
-{
-    struct stat status = {};
-    if (stat(sPath.c_str(), &status) != 0)
-        return LS::Util::SystemError();
-    return S_ISREG(status.st_mode) ? "" : "not a regular file";
-}
-
 class SeriesBuilder {
 public:
     SeriesBuilder(const Options& options, Console& console) : m_options(options), m_console(console) {}
@@ -42,8 +31,9 @@ public:
     {
         SeriesImage image;
         image.sPath = m_options.vsImages[i];
-        if (const std::string sFault = FileFault(image.sPath); !sFault.empty()) {
-            m_console.Error(image.sPath, sFault);
+        std::string sReason;
+        if (!LS::Util::IsRegularFile(image.sPath, sReason)) {
+            m_console.Error(image.sPath, sReason);
             return false;
         }
         TakeExposure(i, image);

@@ -2,13 +2,13 @@
 #include "engine/HDRRoutine.h"
 
 #include "Util/FailureLog.h"
+#include "Util/RegularFile.h"
 #include "engine/HDRWorkspace.h"
 #include "engine/ResponseCurve.h"
 
 #include <algorithm>
 #include <bit>
 #include <exception>
-#include <filesystem>
 #include <fstream>
 
 // Curve files and cache files are little-endian, and their floats go to and from memory as they are.
@@ -74,8 +74,9 @@ bool LoadCurves(const char* szPath, std::vector<float*>& vafCurves)
         return true;
     }
     try {
-        if (std::filesystem::exists(szPath) && !std::filesystem::is_regular_file(szPath)) {
-            LS::Util::LogFailure("load curves", szPath, "not a regular file"); // a pipe would block
+        std::string sReason; // a pipe would block
+        if (!LS::Util::IsRegularFile(szPath, sReason)) {
+            LS::Util::LogFailure("load curves", szPath, sReason);
             return false;
         }
         std::ifstream file(szPath, std::ios::binary);

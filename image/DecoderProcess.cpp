@@ -2,7 +2,7 @@
 #include "image/DecoderProcess.h"
 
 #include "Util/FailureLog.h"
-#include "image/FileDescriptor.h"
+#include "Util/FileDescriptor.h"
 
 #include <wx/debug.h>
 
@@ -314,8 +314,8 @@ DecodedImage DecodeInChild(const std::function<DecodedImage()>& decode, int nFil
     int pipeEnds[2];
     if (::pipe2(pipeEnds, O_CLOEXEC) != 0)
         return Undecodable(LS::Util::SystemError());
-    const FileDescriptor readEnd(pipeEnds[0]);
-    FileDescriptor writeEnd(pipeEnds[1]);
+    const LS::Util::FileDescriptor readEnd(pipeEnds[0]);
+    LS::Util::FileDescriptor writeEnd(pipeEnds[1]);
     ::fcntl(writeEnd.Get(), F_SETPIPE_SZ, PIPE_BYTES); // a refusal costs nothing but time
 
     const pid_t nProcess = ::fork();

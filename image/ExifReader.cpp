@@ -1,8 +1,8 @@
 // Exposure values of a photograph, from its Exif data.
 #include "image/ExifReader.h"
 
+#include "Util/RegularFile.h"
 #include "image/Exiv2Messages.h"
-#include "image/RegularFile.h"
 
 #include <exiv2/error.hpp>
 #include <exiv2/exif.hpp>
@@ -48,7 +48,7 @@ void ReadTags(const Exiv2::ExifData& exifData, ExposureValues& values)
 
 ExifOutcome ReadFile(const std::string& sPath, ExposureValues& values, std::string& sReason)
 {
-    if (!IsRegularFile(sPath, sReason))
+    if (!LS::Util::IsRegularFile(sPath, sReason))
         return ExifOutcome::Failed;
 
     const Exiv2Messages messages;

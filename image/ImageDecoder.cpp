@@ -2,10 +2,10 @@
 #include "image/ImageDecoder.h"
 
 #include "Util/FailureLog.h"
+#include "Util/FileDescriptor.h"
+#include "Util/RegularFile.h"
 #include "image/DecoderProcess.h"
-#include "image/FileDescriptor.h"
 #include "image/ImageHeader.h"
-#include "image/RegularFile.h"
 
 #include <wx/log.h>
 #include <wx/wfstream.h>
@@ -70,7 +70,7 @@ wxBitmapType HandlerOf(PictureFormat format)
 DecodedImage Decode(int nFile, PictureFormat format, const LibraryLog& log)
 {
     // The stream owns what it reads; the caller's descriptor must survive it.
-    FileDescriptor own(::fcntl(nFile, F_DUPFD_CLOEXEC, 0));
+    LS::Util::FileDescriptor own(::fcntl(nFile, F_DUPFD_CLOEXEC, 0));
     std::FILE* pFile = own.IsOpen() ? ::fdopen(own.Get(), "rb") : nullptr;
     if (!pFile)
         return Failure(DecodeOutcome::Undecodable, LS::Util::SystemError());
@@ -102,9 +102,9 @@ void RegisterImageHandlers()
 DecodedImage DecodeImage(const std::string& sPath, std::chrono::milliseconds timeLimit)
 {
     std::string sReason;
-    if (!IsRegularFile(sPath, sReason))
+    if (!LS::Util::IsRegularFile(sPath, sReason))
         return Failure(DecodeOutcome::Missing, sReason);
-    const FileDescriptor file(::open(sPath.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const LS::Util::FileDescriptor file(::open(sPath.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file.IsOpen())
         return Failure(DecodeOutcome::Undecodable, LS::Util::SystemError());
 

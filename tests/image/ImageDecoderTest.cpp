@@ -1,7 +1,7 @@
 // Decoding of whole, damaged and hostile files, here and in the child process.
 #include "image/ImageDecoder.h"
 
-#include "image/FileDescriptor.h"
+#include "Util/FileDescriptor.h"
 #include "tests/image/Pictures.h"
 #include "tests/support/TempFolder.h"
 
@@ -376,7 +376,7 @@ TEST(DecodeImage, RogueDecodersAreContained)
     szExitMark = sExitMark.c_str();
     std::atexit(MarkForeignExit);
     auto* const previousHandler = std::signal(SIGSEGV, [](int) { ::_exit(0); });
-    const FileDescriptor device(::open("/dev/null", O_RDONLY | O_CLOEXEC)); // to look around for
+    const LS::Util::FileDescriptor device(::open("/dev/null", O_RDONLY | O_CLOEXEC)); // to look around for
     wxImage::AddHandler(new RogueHandler);
 
     for (const auto& c : cases) {

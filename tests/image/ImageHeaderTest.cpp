@@ -1,7 +1,7 @@
 // Formats and sizes, read from the first bytes of a file.
 #include "image/ImageHeader.h"
 
-#include "image/FileDescriptor.h"
+#include "Util/FileDescriptor.h"
 #include "tests/image/Pictures.h"
 #include "tests/support/TempFolder.h"
 
@@ -88,7 +88,7 @@ TEST(ImageHeader, FormatAndPixels)
     for (const auto& c : cases) {
         SCOPED_TRACE(c.szName);
         LS::Tests::WriteElements(folder.File("picture"), c.file);
-        const FileDescriptor file(::open(folder.File("picture").c_str(), O_RDONLY | O_CLOEXEC));
+        const LS::Util::FileDescriptor file(::open(folder.File("picture").c_str(), O_RDONLY | O_CLOEXEC));
         const PictureFormat format = FormatOf(file.Get());
         EXPECT_EQ(c.format, format);
         EXPECT_EQ(c.nPixels, PixelsAsked(file.Get(), format));

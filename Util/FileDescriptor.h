@@ -5,6 +5,8 @@
 
 #include <utility>
 
+namespace LS::Util {
+
 /// Closes its descriptor when it goes; -1 stands for none.
 class FileDescriptor {
 public:
@@ -27,3 +29,5 @@ public:
 private:
     int m_nFile;
 };
+
+} // namespace LS::Util

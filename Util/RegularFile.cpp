@@ -1,0 +1,59 @@
+// Opens and closes regular files by the system's own calls.
+#include "Util/RegularFile.h"
+
+#include "Util/FailureLog.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace LS::Util {
+
+namespace {
+
+constexpr const char* NOT_REGULAR = "not a regular file";
+
+} // namespace
+
+bool IsRegularFile(const std::string& sPath, std::string& sReason)
+{
+    struct stat status = {};
+    if (stat(sPath.c_str(), &status) != 0)
+        sReason = SystemError();
+    else if (!S_ISREG(status.st_mode))
+        sReason = NOT_REGULAR;
+    else
+        return true;
+    return false;
+}
+
+RegularFile::RegularFile(const char* szStep, const std::string& sPath, int nFlags)
+    // Without O_NONBLOCK the open of a pipe waits for its other end; regular files know no such wait.
+    : m_szStep(szStep), m_sPath(sPath), m_file(open(sPath.c_str(), nFlags | O_NONBLOCK | O_CLOEXEC, 0666))
+{
+    struct stat status = {};
+    if (!IsOpen() || fstat(Descriptor(), &status) != 0) {
+        Log(SystemError());
+    } else if (!S_ISREG(status.st_mode)) {
+        Log(NOT_REGULAR);
+    } else {
+        m_nSize = status.st_size;
+        return;
+    }
+    m_file.Close();
+}
+
+bool RegularFile::Close()
+{
+    if (close(Release()) == 0)
+        return true;
+    Log(SystemError());
+    return false;
+}
+
+void RegularFile::Log(const std::string& sReason) const
+{
+    LogFailure(m_szStep, m_sPath, sReason);
+}
+
+} // namespace LS::Util

@@ -1,0 +1,49 @@
+// Regular files, opened without ever waiting for another process.
+#pragma once
+
+#include "Util/FileDescriptor.h"
+
+#include <cstdint>
+#include <string>
+
+namespace LS::Util {
+
+/// Whether a path leads to a regular file, links followed. Nothing is opened, so nothing can wait for a pipe
+/// or wake a device.
+/// @param sPath    in the file system's bytes
+/// @param sReason  receives why not, for a log
+bool IsRegularFile(const std::string& sPath, std::string& sReason);
+
+/// Owns the descriptor of a regular file.
+class RegularFile {
+public:
+    /// Opens a file. Anything but a regular file is refused, so a pipe without a second end gives a failure
+    /// and not a wait. Failures are logged.
+    /// @param szStep  what the file is wanted for, for the log
+    /// @param sPath   in the file system's bytes
+    /// @param nFlags  those of open(2); a new file gets mode 0666 less the process's mask
+    RegularFile(const char* szStep, const std::string& sPath, int nFlags);
+
+    bool IsOpen() const { return m_file.IsOpen(); }
+    int Descriptor() const { return m_file.Get(); }
+    const std::string& Path() const { return m_sPath; }
+
+    /// Bytes in the file when it was opened.
+    std::int64_t Size() const { return m_nSize; }
+
+    /// Gives the descriptor away.
+    int Release() { return m_file.Release(); }
+
+    /// Closes the file before this object goes. @return false, logged, if the system reports an error
+    bool Close();
+
+private:
+    void Log(const std::string& sReason) const;
+
+    const char* m_szStep;
+    std::string m_sPath;
+    FileDescriptor m_file;
+    std::int64_t m_nSize = 0;
+};
+
+} // namespace LS::Util
