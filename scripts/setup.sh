@@ -30,9 +30,15 @@ as_root() {
     if [ "$(id -u)" = 0 ]; then
         "$@"
     else
-        command -v sudo >/dev/null || die "Please run this as root once, or install sudo: $*"
         sudo "$@"
     fi
+}
+
+# What apt-get says is long and shown only if it fails.
+apt_quietly() {
+    local log=$ROOT/build/install.log
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get -q "$@" >"$log" 2>&1 </dev/null ||
+        { cat "$log" >&2; die "Installing failed."; }
 }
 
 # install_packages PURPOSE PACKAGE...: installs those that are missing. A stamp in the build folder keeps a
@@ -47,9 +53,11 @@ install_packages() {
     missing=$(missing_packages "$@")
     if [ -n "$missing" ]; then
         say "Installing what is needed to $purpose: $missing"
-        as_root apt-get update -q >&2
+        [ "$(id -u)" = 0 ] || command -v sudo >/dev/null || die "Please install sudo, or run this as root once."
+        mkdir -p "$ROOT/build"
+        apt_quietly update
         # shellcheck disable=SC2086 # one word per package
-        as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends $missing >&2
+        apt_quietly install -y --no-install-recommends $missing
     fi
     mkdir -p "$ROOT/build"
     : >"$stamp"
