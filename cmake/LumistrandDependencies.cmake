@@ -25,3 +25,8 @@ target_compile_definitions(ls_wx_base INTERFACE wxUSE_GUI=0)
 
 # Images, for which no display is needed. Window headers are kept out by scripts/check_layers.sh.
 ls_wx(ls_wx_core core base)
+
+# Windows.
+ls_wx(ls_wx_gui aui net core base)
+# Targets with windows precompile the library's headers; this lets ccache keep the result.
+target_compile_options(ls_wx_gui INTERFACE -fpch-preprocess)

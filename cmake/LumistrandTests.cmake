@@ -25,3 +25,16 @@ function(ls_bench name)
     add_test(NAME bench.${name} COMMAND ${name} --benchmark_min_time=0)
     set_tests_properties(bench.${name} PROPERTIES LABELS bench TIMEOUT 300)
 endfunction()
+
+# ls_gui_test(NAME SOURCES ... LINK targets...): a test program that shows windows. It runs twice on displays of
+# its own, with and without a window manager.
+function(ls_gui_test name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE ls_flags ls_gui_test_support ${arg_LINK} GTest::gmock)
+    foreach(manager none openbox)
+        add_test(NAME ${name}.${manager}
+            COMMAND ${CMAKE_SOURCE_DIR}/scripts/with_display.sh ${manager} $<TARGET_FILE:${name}>)
+        set_tests_properties(${name}.${manager} PROPERTIES LABELS gui TIMEOUT 300)
+    endforeach()
+endfunction()

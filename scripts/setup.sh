@@ -9,6 +9,9 @@ RUN_PACKAGES="fonts-dejavu-core adwaita-icon-theme"
 TEST_PACKAGES="libgtest-dev libgmock-dev libbenchmark-dev libjpeg-dev xvfb xauth openbox xdotool locales"
 LINT_PACKAGES="clang-format clang-tidy shellcheck"
 
+# Precompiled headers are only cached if ccache may trust them.
+export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+
 say() { printf '%s\n' "$*" >&2; }
 
 die() {

@@ -8,7 +8,7 @@ trap 'rm -rf "$copy"' EXIT
 
 fresh_copy() {
     rm -rf "${copy:?}"/*
-    for folder in Util Include engine HDRFile image cli tests bench; do
+    for folder in Util Include engine HDRFile image Widgets cli tests bench samples; do
         cp -r "$root/$folder" "$copy/"
     done
 }

@@ -1,0 +1,81 @@
+// Events, pointer and modal windows of tests.
+#include "tests/support/Gui.h"
+
+#include <wx/app.h>
+#include <wx/uiaction.h>
+#include <wx/utils.h>
+
+#include <cstdlib>
+#include <utility>
+
+namespace LS::Tests {
+
+namespace {
+
+constexpr int DOUBLE_CLICK_MS = 450; // a little more than the toolkit's 400
+constexpr int ROUND_MS = 5;
+
+} // namespace
+
+void Pump(int nRounds)
+{
+    while (nRounds-- > 0) {
+        wxYield();
+        wxMilliSleep(ROUND_MS);
+    }
+}
+
+bool HasWindowManager()
+{
+    return std::getenv("LS_TEST_WINDOW_MANAGER") != nullptr;
+}
+
+void ShowAndWait(wxTopLevelWindow& window)
+{
+    window.Show();
+    window.Raise();
+    Pump(40);
+    for (int i = 0; HasWindowManager() && !window.IsActive() && i < 200; ++i)
+        Pump(1);
+    Pump(20); // mapping moves the window once more
+}
+
+void MoveTo(wxWindow& window, wxPoint at)
+{
+    wxUIActionSimulator().MouseMove(window.ClientToScreen(at));
+    Pump();
+}
+
+void Click(wxWindow& window, wxPoint at)
+{
+    MoveTo(window, at);
+    wxUIActionSimulator().MouseClick();
+    Pump();
+    wxMilliSleep(DOUBLE_CLICK_MS);
+}
+
+EventCounter::EventCounter(wxWindow& window, const wxEventTypeTag<wxCommandEvent>& type)
+{
+    window.Bind(type, [this](wxCommandEvent& event) {
+        m_vEvents.push_back(event);
+        event.Skip();
+    });
+}
+
+ModalAnswer::ModalAnswer(Answer answer) : m_answer(std::move(answer))
+{
+    Register();
+}
+
+ModalAnswer::~ModalAnswer()
+{
+    Unregister();
+}
+
+int ModalAnswer::Enter(wxDialog* dialog)
+{
+    ++m_nCount;
+    return m_answer(*dialog);
+}
+
+} // namespace LS::Tests
