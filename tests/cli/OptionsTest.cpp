@@ -15,7 +15,11 @@ TEST(Options, Defaults)
     EXPECT_EQ((Arguments{"a.jpg", "b.jpg"}), parsed.options->vsImages);
     ASSERT_EQ(1U, parsed.options->vOutputs.size());
     EXPECT_EQ("out.exr", parsed.options->vOutputs[0].sPath);
-    EXPECT_EQ("", parsed.options->sCurve);
+    EXPECT_EQ(CurveSource::Standard, parsed.options->curve);
+    EXPECT_EQ(0, parsed.options->fExposure);
+    EXPECT_EQ(2.2F, parsed.options->fGamma);
+    EXPECT_EQ(95, parsed.options->nQuality);
+    EXPECT_EQ(2U, parsed.options->nCompression);
     EXPECT_FALSE(parsed.options->bForce || parsed.options->bKeepWork);
     EXPECT_EQ(Verbosity::Normal, parsed.options->verbosity);
 }
@@ -33,6 +37,13 @@ TEST(Options, FormatOfAnOutput)
         {{"-o", "x.tiff"}, OutputFormat::FloatTiff},
         {{"-o", "x.exr", "--format", "hdr"}, OutputFormat::Radiance},
         {{"-o", "noextension", "--format=tiff"}, OutputFormat::FloatTiff},
+        {{"-o", "x.jpg"}, OutputFormat::Jpeg},
+        {{"-o", "x.JPEG"}, OutputFormat::Jpeg},
+        {{"-o", "x.png"}, OutputFormat::Png},
+        {{"-o", "x.bmp"}, OutputFormat::Bmp},
+        {{"-o", "x.tif", "--depth", "8"}, OutputFormat::LdrTiff},
+        {{"--depth=32", "-o", "x.tif"}, OutputFormat::FloatTiff},
+        {{"-o", "x.exr", "--depth", "8"}, OutputFormat::OpenExr},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.arguments.back());
@@ -51,6 +62,24 @@ TEST(Options, Lists)
     ASSERT_TRUE(parsed.options) << parsed.sText;
     EXPECT_EQ((std::vector<float>{static_cast<float>(1.0 / 60), 0.25F, 2}), parsed.options->vfShutters);
     EXPECT_EQ(std::vector<float>{5.6F}, parsed.options->vfApertures);
+}
+
+TEST(Options, CurvesAndPictures)
+{
+    const ParsedCommandLine parsed =
+        ParseCommandLine({"a", "-o", "x.jpg", "--curve", "calculate", "--exposure=-1.5", "--gamma", "1.8",
+                          "--quality", "0", "--compression", "lzw"});
+    ASSERT_TRUE(parsed.options) << parsed.sText;
+    EXPECT_EQ(CurveSource::Calculate, parsed.options->curve);
+    EXPECT_EQ(-1.5F, parsed.options->fExposure);
+    EXPECT_EQ(1.8F, parsed.options->fGamma);
+    EXPECT_EQ(0, parsed.options->nQuality);
+    EXPECT_EQ(3U, parsed.options->nCompression);
+
+    const ParsedCommandLine file = ParseCommandLine({"a", "-o", "x.jpg", "--curve", "./standard"});
+    ASSERT_TRUE(file.options);
+    EXPECT_EQ(CurveSource::File, file.options->curve);
+    EXPECT_EQ("./standard", file.options->sCurve);
 }
 
 TEST(Options, WhatIsWrongIsNamed)
@@ -79,6 +108,13 @@ TEST(Options, WhatIsWrongIsNamed)
         {{"a.jpg", "-o", "x.exr", "--aperture", "nan"}, "\"nan\""},
         {{"a.jpg", "b.jpg", "c.jpg", "-o", "x.exr", "--aperture", "8,11"}, "2 values for 3 images"},
         {{"a.jpg", "-o", "x.exr", "--keep-work"}, "--work-dir"},
+        {{"a.jpg", "-o", "x.tif", "--depth", "16"}, "\"16\""},
+        {{"a.jpg", "-o", "x.jpg", "--exposure", "5.1"}, "from -5 to 5"},
+        {{"a.jpg", "-o", "x.jpg", "--exposure", "nan"}, "\"nan\""},
+        {{"a.jpg", "-o", "x.jpg", "--gamma", "0.9"}, "from 1 to 3"},
+        {{"a.jpg", "-o", "x.jpg", "--quality", "101"}, "from 0 to 100"},
+        {{"a.jpg", "-o", "x.jpg", "--quality", "9.5"}, "whole"},
+        {{"a.jpg", "-o", "x.tif", "--compression", "zip"}, "\"zip\""},
         {{"a.jpg", "-o", "x.exr", "--nosuch"}, "--nosuch"},
         {{"a.jpg", "-o", "x.exr", "--quiet=1"}, "--quiet"},
         {{"a.jpg", "-o", "x.exr", "-x"}, "-x"},
@@ -107,8 +143,9 @@ TEST(Options, HelpNamesEveryOptionInShortLines)
 {
     const std::string sHelp = HelpText();
     for (const char* szOption :
-         {"-o, --output", "--format", "--curve", "--save-curve", "--shutter", "--aperture", "--work-dir",
-          "--keep-work", "-f, --force", "--quiet", "--verbose", "-h, --help", "-V, --version"})
+         {"-o, --output", "--format", "--depth", "--curve", "--exposure", "--gamma", "--quality",
+          "--compression", "--save-curve", "--shutter", "--aperture", "--work-dir", "--keep-work",
+          "-f, --force", "--quiet", "--verbose", "-h, --help", "-V, --version"})
         EXPECT_NE(std::string::npos, sHelp.find(szOption)) << szOption;
     std::size_t nStart = 0;
     for (std::size_t nEnd = 0; (nEnd = sHelp.find('\n', nStart)) != std::string::npos; nStart = nEnd + 1)

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 #include <tiffio.h>
+#include <wx/image.h>
+#include <wx/init.h>
 
 #include <algorithm>
 #include <cmath>
@@ -40,6 +42,13 @@ protected:
         return arguments;
     }
 
+    wxImage Picture(const char* szName) const
+    {
+        const wxInitializer library;
+        wxInitAllImageHandlers();
+        return wxImage(wxString::FromUTF8(m_outputs.File(szName)));
+    }
+
     void ExpectOnly(const Names& outputs)
     {
         EXPECT_EQ(outputs, m_outputs.Names());
@@ -49,6 +58,11 @@ protected:
     TempFolder m_sources, m_outputs, m_temporary;
     std::vector<std::string> m_vsImages;
 };
+
+Bytes Pixels(const wxImage& image)
+{
+    return {image.GetData(), image.GetData() + std::ptrdiff_t{3} * image.GetWidth() * image.GetHeight()};
+}
 
 std::size_t Lines(const std::string& sText)
 {
@@ -119,6 +133,72 @@ TEST_F(Program, SavedCurvesMakeTheSameImage)
     const ProgramRun run = Run(Series({"--curve", "s.crv", "-o", "b.tif"}));
     EXPECT_EQ(0, run.code) << run.err;
     EXPECT_EQ(ReadBytes(m_outputs.File("a.tif")), ReadBytes(m_outputs.File("b.tif")));
+}
+
+TEST_F(Program, ToneMappedPicturesShowTheSamePixels)
+{
+    const ProgramRun run = Run(Series({"-o", "x.png", "-o", "x.bmp", "-o", "x.tif", "--depth", "8",
+                                       "--compression", "lzw", "--exposure", "1", "--gamma", "1.8"}));
+    EXPECT_EQ(0, run.code) << run.err;
+    ExpectOnly({"x.bmp", "x.png", "x.tif"});
+    const wxImage png = Picture("x.png");
+    ASSERT_EQ(wxSize(32, 24), png.GetSize());
+    for (const char* szName : {"x.bmp", "x.tif"}) {
+        const wxImage other = Picture(szName);
+        ASSERT_EQ(png.GetSize(), other.GetSize());
+        EXPECT_EQ(Pixels(png), Pixels(other)) << szName;
+    }
+    EXPECT_GE(249, *std::max_element(png.GetData(), png.GetData() + 32 * 24 * 3));
+
+    ASSERT_EQ(0, Run(Series({"-o", "dark.png", "--exposure", "-2", "--gamma", "1.8"})).code);
+    EXPECT_LT(Picture("dark.png").GetRed(28, 20), png.GetRed(28, 20));
+}
+
+TEST_F(Program, JpegQualityCounts)
+{
+    ASSERT_EQ(0, Run(Series({"-o", "low.jpg", "--quality", "10"})).code);
+    ASSERT_EQ(0, Run(Series({"-o", "high.jpg", "--quality", "98"})).code);
+    EXPECT_LT(fs::file_size(m_outputs.File("low.jpg")), fs::file_size(m_outputs.File("high.jpg")));
+    EXPECT_EQ(wxSize(32, 24), Picture("low.jpg").GetSize());
+}
+
+TEST_F(Program, FailedPictureLeavesNothing)
+{
+    // Strips of one row are too low for the blocks of JPEG.
+    const ProgramRun run =
+        Run(Series({"-o", "a.png", "-o", "x.tif", "--depth", "8", "--compression", "jpeg"}));
+    EXPECT_EQ(4, run.code);
+    EXPECT_NE(std::string::npos, run.err.find("x.tif")) << run.err;
+    ExpectOnly({});
+}
+
+TEST_F(Program, RecoversTheCurve)
+{
+    WriteSeries(m_sources.Path(), 120, 90);
+    const ProgramRun run =
+        Run(Series({"--curve", "calculate", "--save-curve", "r.crv", "-o", "a.tif", "--verbose"}));
+    ASSERT_EQ(0, run.code) << run.err;
+    for (const char* szText :
+         {"red   curve: values", "green curve: values", "blue  curve: values", "256 samples"})
+        EXPECT_NE(std::string::npos, run.out.find(szText)) << szText << "\n" << run.out;
+    ASSERT_EQ(0, Run(Series({"--curve", "r.crv", "-o", "b.tif"})).code);
+    EXPECT_EQ(ReadBytes(m_outputs.File("a.tif")), ReadBytes(m_outputs.File("b.tif")));
+}
+
+TEST_F(Program, RecoveryThatCannotWorkSaysWhy)
+{
+    const ProgramRun single = Run({m_vsImages[0], "--curve", "calculate", "-o", "x.exr"});
+    EXPECT_EQ(2, single.code);
+    EXPECT_NE(std::string::npos, single.err.find("two images")) << single.err;
+
+    // Two grey pictures of one level each span no range.
+    for (const char* szName : {"a.jpg", "b.jpg"})
+        WritePhotograph(m_sources.File(szName), {0.01, szName[0] == 'a' ? "1/60" : "1/15", "8/1"});
+    const ProgramRun flat = Run({m_vsImages[0], m_vsImages[1], "--curve", "calculate", "-o", "x.exr"});
+    EXPECT_EQ(3, flat.code);
+    EXPECT_EQ(1U, Lines(flat.err)) << flat.err;
+    EXPECT_NE(std::string::npos, flat.err.find("range")) << flat.err;
+    ExpectOnly({});
 }
 
 TEST_F(Program, UnusableInputIsNamed)
