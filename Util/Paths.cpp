@@ -74,7 +74,8 @@ std::string NarrowPath(std::wstring_view sPath)
     std::string sBytes;
     sBytes.reserve(sPath.size());
     for (const wchar_t c : sPath) {
-        const auto nCode = static_cast<unsigned>(c);
+        const auto nCode =
+            static_cast<unsigned>(c); // NOLINT(bugprone-signed-char-misuse): wchar_t is no char
         if (IsEscapedByte(nCode))
             sBytes.push_back(static_cast<char>(nCode - ESCAPE));
         else

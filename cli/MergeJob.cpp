@@ -15,6 +15,7 @@
 #include "image/SourceCache.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cmath>
 #include <sys/resource.h>
@@ -328,8 +329,8 @@ void MergeJob::TellSeries()
 
 void MergeJob::TellRecovery(const RecoveryReport& report)
 {
-    const char* const aszNames[] = {"red", "green", "blue"};
-    for (std::size_t i = 0; i < report.channels.size(); ++i) {
+    constexpr std::array<const char*, CURVE_CHANNELS> aszNames{"red", "green", "blue"};
+    for (std::size_t i = 0; i < aszNames.size(); ++i) {
         const RecoveryReport::Channel& channel = report.channels[i];
         m_console.Detail(
             Formatted("%-5s curve: values %d to %d, %d samples; statistics %.3f s, selection %.3f s, "

@@ -296,6 +296,7 @@ ParsedCommandLine Parser::Parse(const std::vector<std::string>& vsArguments)
     std::vector<std::string> vsCopies{PROGRAM};
     vsCopies.insert(vsCopies.end(), vsArguments.begin(), vsArguments.end());
     std::vector<char*> vszArguments;
+    vszArguments.reserve(vsCopies.size() + 1);
     for (std::string& sArgument : vsCopies)
         vszArguments.push_back(sArgument.data());
     vszArguments.push_back(nullptr);

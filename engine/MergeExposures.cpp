@@ -162,7 +162,7 @@ bool MergeExposures(const std::vector<std::wstring>& vsLDRFiles, std::int32_t nW
     LS_ASSERT(vsLDRFiles.size() == vfGains.size());
     LS_ASSERT(vsLDRFiles.size() == vfNDs.size());
     LS_ASSERT(vafCurves.size() == 3);
-    LS_ASSERT(pHDRInfo != NULL);
+    LS_ASSERT(pHDRInfo != NULL); // NOLINT(modernize-use-nullptr): the text goes to the log
 
     const ScaledSize size = Decimated(nWidth, nHeight, PREVIEW_ROWS);
     if (size.nWidth == 0) {

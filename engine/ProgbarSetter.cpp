@@ -27,7 +27,7 @@ ProgbarSetter::ProgbarSetter(ProgressTarget* pDialog, std::int32_t nCurrent, std
 ProgbarSetter::ProgbarSetter(const ProgbarSetter* pParent, std::int32_t nLow, std::int32_t nHigh)
     : m_nMin(0), m_nMax(0), m_nCurrent(0), m_pDialog(nullptr)
 {
-    LS_ASSERT(pParent != NULL);
+    LS_ASSERT(pParent);
     // The + 1 lets neighbouring slices such as 1..80 and 81..96 start at whole positions.
     const auto fFactor = static_cast<float>((pParent->m_nMax - pParent->m_nMin + 1) / 100.0);
     const auto position = [&](std::int32_t nPercent) {

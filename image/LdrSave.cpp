@@ -162,7 +162,7 @@ LdrOutcome SaveLdr(wxImage& image, const std::string& sPath, LdrFormat format, c
 {
     return Logged(sPath, [&] {
         ReplacedFile file(sPath);
-        const Result result = Write(image, file, format, options);
+        Result result = Write(image, file, format, options);
         if (result.outcome != LdrOutcome::Saved || file.Commit())
             return result;
         return Failure(file.Reason());

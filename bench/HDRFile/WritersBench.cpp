@@ -51,7 +51,7 @@ template <auto write> void Save(benchmark::State& state)
 {
     const CacheFile& cache = Cache();
     const std::string sPicture = cache.folder.File("picture");
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         if (!write(cache.sPath.c_str(), sPicture.c_str(), WIDTH, HEIGHT, nullptr))
             state.SkipWithError("not saved");
     state.counters["MP/s"] = benchmark::Counter(

@@ -53,6 +53,7 @@ void BM_MergeRow(benchmark::State& state)
     const auto nImages = static_cast<std::size_t>(state.range(0));
     std::vector<std::vector<unsigned char>> vRows;
     std::vector<const unsigned char*> vPointers;
+    vRows.reserve(nImages);
     for (unsigned i = 0; i < nImages; ++i)
         vRows.push_back(PhotographicRow(WIDTH, i));
     for (const auto& row : vRows)
@@ -65,7 +66,7 @@ void BM_MergeRow(benchmark::State& state)
     std::int32_t nLow = 0, nHigh = 0;
     FindWeightRange(vfWeights, &nLow, &nHigh);
 
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         benchmark::DoNotOptimize(
             MergeRow(vPointers, WIDTH, 3, vfExposures, curves.Get(), vfWeights, nLow, nHigh));
     CountPixels(state, WIDTH);
@@ -92,7 +93,7 @@ void BM_MergeExposures(benchmark::State& state)
     const auto nImages = static_cast<std::size_t>(state.range(0));
     const std::vector<std::wstring> vsFiles = WriteSources(nImages);
     const std::vector<float> vfShutters = Shutters(nImages), vfStops(nImages, 8), vfRest(nImages, 0);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         ResetWorkspace();
         OwnedCurves curves;
         LoadCurves(nullptr, curves.Get());
