@@ -32,6 +32,16 @@ void Console::Error(const std::string& sSubject, const std::string& sText)
                  sText.c_str());
 }
 
+ExitCode Console::Fail(ExitCode code, const std::string& sSubject, const std::string& sText)
+{
+    if (CancelRequested()) {
+        Error("", "cancelled; nothing was written");
+        return ExitCode::Cancelled;
+    }
+    Error(sSubject, sText);
+    return code;
+}
+
 void Console::Say(const std::string& sLine)
 {
     if (m_verbosity == Verbosity::Quiet)

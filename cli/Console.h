@@ -1,6 +1,7 @@
 // What the user of the command line sees.
 #pragma once
 
+#include "cli/ExitCode.h"
 #include "cli/Options.h"
 #include "engine/ProgbarSetter.h"
 
@@ -17,6 +18,11 @@ public:
 
     /// "lumistrand-hdr-cli: subject: text"; an empty subject is left out.
     void Error(const std::string& sSubject, const std::string& sText);
+
+    /// Tells why the job ends. After a cancel that is the reason, whatever failed because of it.
+    /// @return code, or Cancelled
+    ExitCode Fail(ExitCode code, const std::string& sSubject, const std::string& sText);
+
     void Say(const std::string& sLine);    ///< unless quiet
     void Detail(const std::string& sLine); ///< only if verbose
 

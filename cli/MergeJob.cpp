@@ -102,7 +102,7 @@ ExitCode MergeJob::Run()
         if (code != ExitCode::Done)
             return code;
         if (CancelRequested() && step.pDo != &MergeJob::Publish)
-            return Failed(ExitCode::Cancelled, "", "");
+            return m_console.Fail(ExitCode::Cancelled, "", "");
         const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - start;
         m_vTimes.emplace_back(step.szName, spent.count());
     }
@@ -121,18 +121,18 @@ ExitCode MergeJob::ReadCurve()
     if (m_options.curve == CurveSource::Calculate)
         return m_series.size() > 1
                    ? ExitCode::Done
-                   : Failed(ExitCode::Input, "", "--curve calculate needs at least two images");
+                   : m_console.Fail(ExitCode::Input, "", "--curve calculate needs at least two images");
     if (m_options.curve == CurveSource::Standard)
         return LoadCurves(nullptr, m_curves.Get()) ? ExitCode::Done : ExitCode::Input;
 
     const std::string& sPath = m_options.sCurve;
     if (!LoadCurves(sPath.c_str(), m_curves.Get()))
-        return Failed(ExitCode::Input, "", m_sReason);
+        return m_console.Fail(ExitCode::Input, "", m_sReason);
     if (FileSize(sPath) != CURVE_FILE_BYTES)
-        return Failed(ExitCode::Input, sPath, "not a curve file, which has 3072 bytes");
+        return m_console.Fail(ExitCode::Input, sPath, "not a curve file, which has 3072 bytes");
     for (const float* pCurve : m_curves.Get())
         if (!std::all_of(pCurve, pCurve + CURVE_ENTRIES, [](float f) { return std::isfinite(f); }))
-            return Failed(ExitCode::Input, sPath, "not a curve file: a value is not a finite number");
+            return m_console.Fail(ExitCode::Input, sPath, "not a curve file: a value is not a finite number");
     return ExitCode::Done;
 }
 
@@ -140,7 +140,7 @@ ExitCode MergeJob::MakeFolder()
 {
     const std::string sFault = m_folder.Create(m_options.sWorkFolder);
     if (!sFault.empty())
-        return Failed(ExitCode::Merge, "", sFault);
+        return m_console.Fail(ExitCode::Merge, "", sFault);
     return m_options.bKeepWork ? CheckKeptNames() : ExitCode::Done;
 }
 
@@ -166,7 +166,7 @@ ExitCode MergeJob::ConvertImage(std::size_t i, ProgbarSetter& progress)
     const auto nCount = static_cast<std::int32_t>(m_series.size());
     const DecodedImage decoded = DecodeImage(source.sPath);
     if (decoded.outcome != DecodeOutcome::Decoded)
-        return Failed(ExitCode::Input, source.sPath, decoded.sReason);
+        return m_console.Fail(ExitCode::Input, source.sPath, decoded.sReason);
     source.nWidth = decoded.image.GetWidth();
     source.nHeight = decoded.image.GetHeight();
     progress.SetPercent(ConversionPercent::Decoded(nIndex, nCount));
@@ -177,7 +177,7 @@ ExitCode MergeJob::ConvertImage(std::size_t i, ProgbarSetter& progress)
     };
     m_sReason.clear();
     if (!WriteSourceCacheFile(decoded.image, m_folder.File(source.sCacheName), rowDone))
-        return Failed(ExitCode::Merge, "", Reason());
+        return m_console.Fail(ExitCode::Merge, "", Reason());
     return ExitCode::Done;
 }
 
@@ -203,7 +203,7 @@ ExitCode MergeJob::RecoverCurves()
                         Values(m_series, &SeriesImage::fStop), Constants(m_series, GAIN),
                         Constants(m_series, NEUTRAL_DENSITY), m_curves.Get(), &progress, &report);
     TellRecovery(report);
-    return bRecovered ? ExitCode::Done : Failed(ExitCode::Merge, "", Reason());
+    return bRecovered ? ExitCode::Done : m_console.Fail(ExitCode::Merge, "", Reason());
 }
 
 ExitCode MergeJob::MergeImages()
@@ -215,7 +215,7 @@ ExitCode MergeJob::MergeImages()
     if (!MergeExposures(m_vsCacheFiles, first.nWidth, first.nHeight, Values(m_series, &SeriesImage::fShutter),
                         Values(m_series, &SeriesImage::fStop), Constants(m_series, GAIN),
                         Constants(m_series, NEUTRAL_DENSITY), m_curves.Get(), &progress, &Workspace()))
-        return Failed(ExitCode::Merge, "", Reason());
+        return m_console.Fail(ExitCode::Merge, "", Reason());
     m_curves.Release();
     return ExitCode::Done;
 }
@@ -280,8 +280,8 @@ ExitCode MergeJob::CheckKeptNames()
 {
     for (const SeriesImage& image : m_series)
         if (!m_folder.CanKeep(image.sCacheName))
-            return Failed(ExitCode::Write, m_options.sWorkFolder + "/" + image.sCacheName,
-                          "exists already; please move it or name another folder");
+            return m_console.Fail(ExitCode::Write, m_options.sWorkFolder + "/" + image.sCacheName,
+                                  "exists already; please move it or name another folder");
     return ExitCode::Done;
 }
 
@@ -295,23 +295,13 @@ ExitCode MergeJob::KeepWork()
     vsNames.push_back(LS::Util::NarrowPath(LS::Util::FileNameFromPath(Workspace().sHDRFile)));
     for (const std::string& sName : vsNames)
         if (const std::string sFault = m_folder.Keep(sName); !sFault.empty())
-            return Failed(ExitCode::Write, "", sFault);
+            return m_console.Fail(ExitCode::Write, "", sFault);
     return ExitCode::Done;
 }
 
 ExitCode MergeJob::Publish()
 {
     return m_outputs.Publish();
-}
-
-ExitCode MergeJob::Failed(ExitCode code, const std::string& sSubject, const std::string& sText)
-{
-    if (CancelRequested()) {
-        m_console.Error("", "cancelled; nothing was written");
-        return ExitCode::Cancelled;
-    }
-    m_console.Error(sSubject, sText);
-    return code;
 }
 
 void MergeJob::TellSeries()

@@ -51,9 +51,6 @@ private:
     void TellRecovery(const RecoveryReport& report);
     void TellSummary();
 
-    /// Tells an error, unless the user has cancelled: that is what is told then.
-    ExitCode Failed(ExitCode code, const std::string& sSubject, const std::string& sText);
-
     const Options& m_options;
     Console& m_console;
     Series m_series;

@@ -41,7 +41,7 @@ ExitCode Outputs::Check(const std::vector<std::string>& vsImages)
         else if (bExists && !m_options.bForce)
             sFault = "exists already; --force replaces it";
         if (!sFault.empty())
-            return Failed(sPath, sFault);
+            return m_console.Fail(ExitCode::Write, sPath, sFault);
     }
     return ExitCode::Done;
 }
@@ -53,9 +53,9 @@ ExitCode Outputs::Write(const std::string& sPath,
     PendingFile pending{sPath, std::make_unique<LS::Util::ReplacedFile>(
                                    sPath, m_options.bForce ? Existing::Replace : Existing::Refuse)};
     if (!pending.pFile->IsOpen())
-        return Failed(sPath, pending.pFile->Reason());
+        return m_console.Fail(ExitCode::Write, sPath, pending.pFile->Reason());
     if (const std::string sReason = write(*pending.pFile); !sReason.empty())
-        return Failed(sPath, sReason);
+        return m_console.Fail(ExitCode::Write, sPath, sReason);
     m_vFiles.push_back(std::move(pending));
     return ExitCode::Done;
 }
@@ -64,12 +64,6 @@ ExitCode Outputs::Publish()
 {
     for (const PendingFile& pending : m_vFiles)
         if (!pending.pFile->Commit())
-            return Failed(pending.sPath, pending.pFile->Reason());
+            return m_console.Fail(ExitCode::Write, pending.sPath, pending.pFile->Reason());
     return ExitCode::Done;
-}
-
-ExitCode Outputs::Failed(const std::string& sPath, const std::string& sReason)
-{
-    m_console.Error(sPath, sReason);
-    return ExitCode::Write;
 }

@@ -22,7 +22,7 @@ public:
 
     /// Writes one file beside its name.
     /// @param write  fills the file, by its path or through it; says what went wrong, or nothing
-    /// @return Done or Write, which is told
+    /// @return Done; Write or Cancelled, which is told
     ExitCode Write(const std::string& sPath,
                    const std::function<std::string(LS::Util::ReplacedFile& file)>& write);
 
@@ -34,8 +34,6 @@ private:
         std::string sPath;
         std::unique_ptr<LS::Util::ReplacedFile> pFile;
     };
-
-    ExitCode Failed(const std::string& sPath, const std::string& sReason);
 
     const Options& m_options;
     Console& m_console;

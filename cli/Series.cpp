@@ -130,10 +130,10 @@ ExitCode CheckSize(const Series& series, std::size_t iLatest, Console& console)
     const PixelSize sizes[] = {{first.nWidth, first.nHeight}, {latest.nWidth, latest.nHeight}};
     if (!FindDifferentSizes(sizes))
         return ExitCode::Done;
-    console.Error(latest.sPath,
-                  Formatted("has %d x %d pixels, but %s has %d x %d; a series needs images of one size",
-                            latest.nWidth, latest.nHeight, first.sPath.c_str(), first.nWidth, first.nHeight));
-    return ExitCode::Input;
+    return console.Fail(ExitCode::Input, latest.sPath,
+                        Formatted("has %d x %d pixels, but %s has %d x %d; a series needs images of one size",
+                                  latest.nWidth, latest.nHeight, first.sPath.c_str(), first.nWidth,
+                                  first.nHeight));
 }
 
 std::string ShutterText(float fShutter)
