@@ -95,6 +95,7 @@ std::vector<Result> Merge(const std::vector<std::vector<Pixel>>& vImages, const 
         for (const Pixel& z : image)
             row.insert(row.end(), {99, z[0], z[1], z[2]});
     }
+    vPointers.reserve(vRows.size());
     for (const auto& row : vRows)
         vPointers.push_back(row.data());
 
@@ -152,6 +153,7 @@ TEST(MergeRow, EqualsItsDefinitionBitForBit)
             const std::vector<Result> vMerged = Merge(vImages, E, curves.pointers);
             for (std::size_t x = 0; x < nWidth; ++x) {
                 std::vector<Pixel> vPixel;
+                vPixel.reserve(nImages);
                 for (const auto& image : vImages)
                     vPixel.push_back(image[x]);
                 ASSERT_TRUE(SameBits(MergeByDefinition(vPixel, E, curves.pointers), vMerged[x]))

@@ -132,8 +132,8 @@ TEST(MergeExposures, FillsFileAndWorkspace)
     EXPECT_EQ(500, workspace.nScaledHeight);
     const std::vector<float> vfFile = FloatFile(workspace.sHDRFile);
     ASSERT_EQ(6U * 1001 * 3, vfFile.size());
-    for (std::int32_t y = 0; y < 1001; ++y) {
-        const std::vector<float> vfRow = series.ExpectedRow(y);
+    for (std::ptrdiff_t y = 0; y < 1001; ++y) {
+        const std::vector<float> vfRow = series.ExpectedRow(static_cast<std::int32_t>(y));
         ASSERT_TRUE(std::equal(vfRow.begin(), vfRow.end(), vfFile.begin() + y * 18)) << "row " << y;
         for (std::ptrdiff_t x = 0; y % 2 == 0 && y / 2 < 500 && x < 2; ++x)
             ASSERT_TRUE(std::equal(vfRow.begin() + x * 9, vfRow.begin() + x * 9 + 3,
@@ -219,7 +219,7 @@ TEST(MergeExposures, FullDiskDeletesThePartialFile)
 {
     EmptyCacheFolder();
     Series series(50, 40, 2);
-    const rlim_t nWhole = 50 * 40 * 12;
+    const rlim_t nWhole = rlim_t{50} * 40 * 12;
     for (const rlim_t nLimit : {rlim_t{0}, rlim_t{600}, rlim_t{9000}, nWhole - 1}) {
         SCOPED_TRACE(nLimit);
         const FailureRecorder log;
