@@ -3,6 +3,7 @@
 
 #include "Util/FailureLog.h"
 #include "Util/FileDescriptor.h"
+#include "Util/PixelBuffer.h"
 
 #include <wx/debug.h>
 
@@ -21,7 +22,6 @@
 #include <cstring>
 #include <exception>
 #include <fstream>
-#include <memory>
 #include <optional>
 #include <utility>
 
@@ -44,12 +44,9 @@ constexpr std::uint32_t LONGEST_REASON = 4096;
 /// What any user may ask for. Sixteen times the usual, so that pixels change processes in fewer steps.
 constexpr int PIPE_BYTES = 1 << 20;
 
-/// wxImage frees its pixels with free(), so they come from malloc.
-struct FreeDeleter {
-    void operator()(void* p) const noexcept { std::free(p); }
-};
-using PixelBuffer = std::unique_ptr<unsigned char[], FreeDeleter>;
+using LS::Util::PixelBuffer;
 
+/// Null where there is no memory: what a child announces is no reason to fail as a whole.
 PixelBuffer AllocatePixels(std::size_t nBytes)
 {
     return PixelBuffer(static_cast<unsigned char*>(std::malloc(nBytes)));
