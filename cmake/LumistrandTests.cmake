@@ -35,6 +35,7 @@ function(ls_gui_test name)
     foreach(manager none openbox)
         add_test(NAME ${name}.${manager}
             COMMAND ${CMAKE_SOURCE_DIR}/scripts/with_display.sh ${manager} $<TARGET_FILE:${name}>)
-        set_tests_properties(${name}.${manager} PROPERTIES LABELS gui TIMEOUT 300)
+        # One at a time: two servers that start at once may want the same display.
+        set_tests_properties(${name}.${manager} PROPERTIES LABELS gui TIMEOUT 300 RESOURCE_LOCK display)
     endforeach()
 endfunction()
