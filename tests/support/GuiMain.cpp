@@ -1,7 +1,5 @@
 // The main function of the test programs with windows: an application whose run is the tests.
-#include "Util/Paths.h"
-#include "engine/CacheFolder.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/TestProcess.h"
 
 #include <gtest/gtest.h>
 #include <wx/app.h>
@@ -9,18 +7,7 @@
 #include <wx/image.h>
 #include <wx/log.h>
 
-#include <cstdio>
-#include <cstdlib>
-
 namespace {
-
-void StopAtLibraryAssertion(const wxString& file, int line, const wxString&, const wxString& condition,
-                            const wxString& message)
-{
-    std::fprintf(stderr, "%s:%d: %s %s\n", file.utf8_str().data(), line, condition.utf8_str().data(),
-                 message.utf8_str().data());
-    std::abort();
-}
 
 class TestApp : public wxApp {
 public:
@@ -48,8 +35,6 @@ wxIMPLEMENT_APP_NO_MAIN(TestApp); // NOLINT(google-explicit-constructor): the li
 int main(int argc, char** argv)
 {
     testing::InitGoogleTest(&argc, argv);
-    wxSetAssertHandler(StopAtLibraryAssertion);
-    static const LS::Tests::TempFolder home;
-    RedirectCacheFolder(home.WideFile("hdrcache"));
+    LS::Tests::PrepareTestProcess();
     return wxEntry(argc, argv);
 }

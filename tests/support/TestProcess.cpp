@@ -1,0 +1,43 @@
+// Fatal library assertions, a private cache folder, and what the sanitizers shall pass over.
+#include "tests/support/TestProcess.h"
+
+#include "engine/CacheFolder.h"
+#include "tests/support/TempFolder.h"
+
+#include <wx/debug.h>
+#include <wx/string.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+/// Faults inside libraries that the address sanitizer shall pass over.
+extern "C" const char* __asan_default_suppressions() // NOLINT(bugprone-reserved-identifier): its fixed name
+{
+    // wxWidgets moves the text of an XPM file within one buffer by strncpy; decoders run in their own
+    // process.
+    return "interceptor_via_fun:wxXPMDecoder::ReadFile\n";
+}
+
+namespace LS::Tests {
+
+namespace {
+
+    void StopAtLibraryAssertion(const wxString& file, int line, const wxString&, const wxString& condition,
+                                const wxString& message)
+    {
+        std::fprintf(stderr, "%s:%d: %s %s\n", file.utf8_str().data(), line, condition.utf8_str().data(),
+                     message.utf8_str().data());
+        std::abort();
+    }
+
+} // namespace
+
+void PrepareTestProcess()
+{
+    wxSetAssertHandler(StopAtLibraryAssertion);
+    // Goes after main's last line and before the workspace, which empties the folder once more.
+    static const TempFolder home;
+    RedirectCacheFolder(home.WideFile("hdrcache"));
+}
+
+} // namespace LS::Tests
