@@ -22,13 +22,13 @@ namespace LS::Tests {
 
 namespace {
 
-    void StopAtLibraryAssertion(const wxString& file, int line, const wxString&, const wxString& condition,
-                                const wxString& message)
-    {
-        std::fprintf(stderr, "%s:%d: %s %s\n", file.utf8_str().data(), line, condition.utf8_str().data(),
-                     message.utf8_str().data());
-        std::abort();
-    }
+void StopAtLibraryAssertion(const wxString& file, int line, const wxString&, const wxString& condition,
+                            const wxString& message)
+{
+    std::fprintf(stderr, "%s:%d: %s %s\n", file.utf8_str().data(), line, condition.utf8_str().data(),
+                 message.utf8_str().data());
+    std::abort();
+}
 
 } // namespace
 
