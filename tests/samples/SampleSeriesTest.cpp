@@ -39,7 +39,7 @@ std::string Photograph(const SampleExposure& frame)
 
 /// A sampled pixel and its true radiance.
 struct Sample {
-    int x, y;
+    std::size_t nPixel; ///< counted row by row
     std::array<double, 3> radiance;
 };
 
@@ -51,7 +51,8 @@ const std::vector<Sample>& Samples()
         for (int y = 0; y < kSampleHeight; y += STEP)
             for (int x = 0; x < kSampleWidth; x += STEP) {
                 const Radiance radiance = TrueRadiance(x, y);
-                vSamples.push_back({x, y, {radiance.r, radiance.g, radiance.b}});
+                vSamples.push_back({static_cast<std::size_t>(y) * kSampleWidth + static_cast<std::size_t>(x),
+                                    {radiance.r, radiance.g, radiance.b}});
             }
         return vSamples;
     }();
@@ -91,6 +92,7 @@ protected:
     static std::vector<std::wstring> Files()
     {
         std::vector<std::wstring> vsFiles;
+        vsFiles.reserve(kSampleExposures.size());
         for (const SampleExposure& frame : kSampleExposures)
             vsFiles.push_back(s_pFolder->WideFile(frame.fileName));
         return vsFiles;
@@ -99,6 +101,7 @@ protected:
     static std::vector<float> Shutters()
     {
         std::vector<float> vfShutters;
+        vfShutters.reserve(kSampleExposures.size());
         for (const SampleExposure& frame : kSampleExposures)
             vfShutters.push_back(static_cast<float>(frame.Seconds()));
         return vfShutters;
@@ -127,8 +130,8 @@ protected:
                                       sizeof(float) * 3 * kSampleWidth * kSampleHeight);
         for (const Sample& sample : Samples()) {
             std::array<float, 3> pixel{};
-            const auto nPixel = static_cast<std::size_t>(sample.y * kSampleWidth + sample.x);
-            std::memcpy(pixel.data(), floats.Data().subspan(nPixel * sizeof pixel).data(), sizeof pixel);
+            std::memcpy(pixel.data(), floats.Data().subspan(sample.nPixel * sizeof pixel).data(),
+                        sizeof pixel);
             for (std::size_t c = 0; c < 3; ++c)
                 avdRatios[c].push_back(static_cast<double>(pixel[c]) / sample.radiance[c]);
         }
@@ -144,6 +147,7 @@ double Spread(const std::vector<double>& vdRatios)
 {
     const double dMedian = Median(vdRatios);
     std::vector<double> vdErrors;
+    vdErrors.reserve(vdRatios.size());
     for (const double dRatio : vdRatios)
         vdErrors.push_back(std::fabs(dRatio / dMedian - 1));
     return Median(vdErrors);
@@ -171,7 +175,7 @@ TEST_F(SampleSeries, TellsItsExposures)
 TEST_F(SampleSeries, SpansFourDecades)
 {
     std::vector<double> vdLuminances;
-    for (const auto& [x, y, radiance] : Samples())
+    for (const auto& [nPixel, radiance] : Samples())
         vdLuminances.push_back(0.2126 * radiance[0] + 0.7152 * radiance[1] +
                                0.0722 * radiance[2]); // Rec. 709
     std::sort(vdLuminances.begin(), vdLuminances.end());
@@ -185,7 +189,7 @@ TEST_F(SampleSeries, IsWhatTheCameraMakesOfTheScene)
         const wxImage image = DecodeImage(Photograph(frame)).image;
         std::size_t nFar = 0;
         for (const Sample& sample : Samples()) {
-            const unsigned char* const pPixel = image.GetData() + 3 * (sample.y * kSampleWidth + sample.x);
+            const unsigned char* const pPixel = image.GetData() + 3 * sample.nPixel;
             for (std::size_t c = 0; c < 3; ++c) {
                 const double dValue = Response(kChannels[c], SensorExposure(sample.radiance[c], frame));
                 nFar += std::fabs(pPixel[c] - dValue) > TOLERANCE ? 1 : 0;
