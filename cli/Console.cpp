@@ -1,11 +1,14 @@
 // Lines and a progress bar on a terminal.
 #include "cli/Console.h"
 
+#include "Util/PixelBuffer.h"
 #include "cli/Cancel.h"
 
 #include <cstdarg>
 #include <cstddef>
 #include <cstdio>
+#include <memory>
+#include <new>
 #include <unistd.h>
 
 namespace {
@@ -76,13 +79,13 @@ void Console::ClearBar()
 
 std::string Formatted(const char* szFormat, ...)
 {
-    std::va_list arguments, again;
+    std::va_list arguments;
     va_start(arguments, szFormat);
-    va_copy(again, arguments);
-    const int nLength = std::vsnprintf(nullptr, 0, szFormat, arguments);
+    char* szText = nullptr;
+    const int nLength = vasprintf(&szText, szFormat, arguments);
     va_end(arguments);
-    std::string sText(nLength > 0 ? static_cast<std::size_t>(nLength) : 0, '\0');
-    std::vsnprintf(sText.data(), sText.size() + 1, szFormat, again);
-    va_end(again);
-    return sText;
+    if (nLength < 0)
+        throw std::bad_alloc();
+    const std::unique_ptr<char, LS::Util::FreeDeleter> pText(szText);
+    return {szText, static_cast<std::size_t>(nLength)};
 }

@@ -13,8 +13,8 @@ class TestApp : public wxApp {
 public:
     bool OnInit() override
     {
-        // Boxes would block for ever. NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the library's
-        // now
+        // Boxes would block for ever. The library owns the new target.
+        // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
         delete wxLog::SetActiveTarget(new wxLogStderr);
         wxInitAllImageHandlers();
         SetExitOnFrameDelete(false);
