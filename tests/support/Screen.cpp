@@ -1,0 +1,63 @@
+// Screen shots and drags.
+#include "tests/support/Screen.h"
+
+#include "tests/support/Gui.h"
+
+#include <wx/bitmap.h>
+#include <wx/dcclient.h>
+#include <wx/dcmemory.h>
+#include <wx/uiaction.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace LS::Tests {
+
+namespace {
+
+std::size_t ByteCount(const wxImage& image)
+{
+    return static_cast<std::size_t>(image.GetWidth()) * static_cast<std::size_t>(image.GetHeight()) * 3;
+}
+
+} // namespace
+
+wxImage ScreenShot(wxWindow& window)
+{
+    const wxSize size = window.GetClientSize();
+    wxBitmap bitmap(size, 24);
+    wxMemoryDC shot(bitmap);
+    wxClientDC screen(&window);
+    shot.Blit(wxPoint(0, 0), size, &screen, wxPoint(0, 0));
+    shot.SelectObject(wxNullBitmap);
+    return bitmap.ConvertToImage();
+}
+
+bool SamePixels(const wxImage& a, const wxImage& b)
+{
+    return a.IsOk() && b.IsOk() && a.GetSize() == b.GetSize() &&
+           std::equal(a.GetData(), a.GetData() + ByteCount(a), b.GetData());
+}
+
+double MeanDifference(const wxImage& a, const wxImage& b)
+{
+    double dSum = 0;
+    for (std::size_t i = 0; i < ByteCount(a); ++i)
+        dSum += std::abs(a.GetData()[i] - b.GetData()[i]);
+    return dSum / static_cast<double>(ByteCount(a));
+}
+
+HeldButton::HeldButton(wxWindow& window, wxPoint at)
+{
+    MoveTo(window, at);
+    wxUIActionSimulator().MouseDown();
+    Pump();
+}
+
+HeldButton::~HeldButton()
+{
+    wxUIActionSimulator().MouseUp();
+    Pump();
+}
+
+} // namespace LS::Tests

@@ -1,0 +1,27 @@
+// What the screen shows, and a pointer that drags.
+#pragma once
+
+#include <wx/image.h>
+#include <wx/window.h>
+
+namespace LS::Tests {
+
+/// The pixels of a window's client area as they stand on the screen.
+wxImage ScreenShot(wxWindow& window);
+
+/// Whether two pictures have the same size and bytes.
+bool SamePixels(const wxImage& a, const wxImage& b);
+
+/// The mean difference of two pictures of one size, per channel.
+double MeanDifference(const wxImage& a, const wxImage& b);
+
+/// Holds the left button down from its making, at a point of a window's client area, to its end.
+class HeldButton {
+public:
+    HeldButton(wxWindow& window, wxPoint at);
+    ~HeldButton();
+    HeldButton(const HeldButton&) = delete;
+    HeldButton& operator=(const HeldButton&) = delete;
+};
+
+} // namespace LS::Tests
