@@ -3,6 +3,8 @@
 
 #include "Util/FailureLog.h"
 
+#include <cerrno>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -25,6 +27,12 @@ bool IsRegularFile(const std::string& sPath, std::string& sReason)
     else
         return true;
     return false;
+}
+
+bool IsMissing(const std::string& sPath)
+{
+    struct stat status = {};
+    return stat(sPath.c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR);
 }
 
 RegularFile::RegularFile(const char* szStep, const std::string& sPath, int nFlags)

@@ -14,6 +14,10 @@ namespace LS::Util {
 /// @param sReason  receives why not, for a log
 bool IsRegularFile(const std::string& sPath, std::string& sReason);
 
+/// Whether a path leads to nothing, links followed. False also where that can't be found out.
+/// @param sPath  in the file system's bytes
+bool IsMissing(const std::string& sPath);
+
 /// Owns the descriptor of a regular file.
 class RegularFile {
 public:

@@ -7,6 +7,7 @@ find_package(TIFF REQUIRED)
 set(BLA_VENDOR OpenBLAS)
 find_package(LAPACK REQUIRED)
 pkg_check_modules(EXIV2 REQUIRED IMPORTED_TARGET exiv2)
+pkg_check_modules(TINYXML REQUIRED IMPORTED_TARGET tinyxml)
 
 # ls_wx(NAME components...): wxWidgets as wx-config gives it, with its headers as system headers.
 function(ls_wx name)
