@@ -21,16 +21,18 @@ forbid() {
     done
 }
 
-windows='wx/(app|wx|window|frame|dialog|msgdlg|progdlg|panel|control|button|grid|notebook|splitter|stattext|textctrl|choice|slider|menu|toolbar|sizer|dc|dcclient|timer|aui/.*)\.h|frame/|Widgets/|app/'
+windows='wx/(app|wx|window|frame|dialog|msgdlg|progdlg|panel|control|button|grid|notebook|splitter|stattext|textctrl|choice|slider|menu|toolbar|sizer|dc|dcclient|timer|aui/.*)\.h|frame/|Widgets/|app/|resources/'
 
 forbid 'Util Include HDRFile' '*' 'wx/' 'The base layer and the writers know no wxWidgets.'
 forbid 'engine xml' '*' "$windows|wx/(image|bitmap)\\.h|image/" 'No windows and no pictures below image/.'
 forbid 'image' '*' "$windows|wx/bitmap\\.h|engine/HDRRoutine\\.h|HDRFile/" \
     'The series units read photographs; they know no window, no engine and no writer.'
 forbid 'Widgets' '*' 'engine/HDRRoutine\.h|HDRFile/|frame/|app/' 'Controls know no engine.'
+forbid 'resources' '*' 'engine/|HDRFile/|image/|xml/|Widgets/|frame/|app/|wx/(frame|dialog|window)\.h' \
+    'The pictures know nobody.'
 forbid 'cli' '*' "$windows" 'The command line needs no window.'
 forbid 'Util Include engine HDRFile' '*.h' 'wx/' 'These headers show the standard library only.'
-forbid 'Util Include engine HDRFile image xml Widgets frame app cli' '*.h' \
+forbid 'Util Include engine HDRFile image xml resources Widgets frame app cli' '*.h' \
     'Imf|Imath|tiff|exiv2/|tinyxml|lapack|cblas' 'A library shows only in the source that wraps it.'
 forbid 'Util' '*' 'engine/|HDRFile/|image/|xml/' 'The base layer knows nobody.'
 
@@ -60,6 +62,6 @@ while IFS= read -r source; do
         echo "$source: no target names this file."
         status=1
     }
-done < <(find Util engine HDRFile image xml Widgets frame app cli tests bench samples -name '*.cpp' 2>/dev/null)
+done < <(find Util engine HDRFile image xml resources Widgets frame app cli tests bench samples -name '*.cpp' 2>/dev/null)
 
 exit $status

@@ -6,12 +6,16 @@
 namespace LS::Gallery {
 
 std::vector<Page> ComparePages();
+std::vector<Page> AboutPages();
+std::vector<Page> PicturesPages();
 
 std::vector<Page> Pages()
 {
     std::vector<Page> pages;
     for (auto* topic : {
              ComparePages,
+             AboutPages,
+             PicturesPages,
          }) {
         auto more = topic();
         std::move(more.begin(), more.end(), std::back_inserter(pages));

@@ -8,7 +8,7 @@ trap 'rm -rf "$copy"' EXIT
 
 fresh_copy() {
     rm -rf "${copy:?}"/*
-    for folder in Util Include xml engine HDRFile image Widgets cli tests bench samples; do
+    for folder in Util Include xml engine HDRFile image resources Widgets app cli tests bench samples; do
         cp -r "$root/$folder" "$copy/"
     done
 }
@@ -39,6 +39,8 @@ expect_fault Util/Paths.cpp '#include "engine/CacheFolder.h"'
 expect_fault Include/LS/Util/Handle '#include <wx/app.h>'
 expect_fault cli/main.cpp '#include <wx/dialog.h>'
 expect_fault xml/XmlNode.cpp '#include <wx/window.h>'
+expect_fault image/SourceCache.cpp '#include "resources/Pictures.h"'
+expect_fault resources/Pictures.cpp '#include "app/AboutSplashWnd.h"'
 expect_fault engine/Forgotten.cpp '// no target names this file'
 
 exit $failed
