@@ -8,6 +8,7 @@ namespace LS::Gallery {
 std::vector<Page> ComparePages();
 std::vector<Page> AboutPages();
 std::vector<Page> PicturesPages();
+std::vector<Page> CellsPages();
 
 std::vector<Page> Pages()
 {
@@ -16,6 +17,7 @@ std::vector<Page> Pages()
              ComparePages,
              AboutPages,
              PicturesPages,
+             CellsPages,
          }) {
         auto more = topic();
         std::move(more.begin(), more.end(), std::back_inserter(pages));

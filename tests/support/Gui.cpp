@@ -2,6 +2,8 @@
 #include "tests/support/Gui.h"
 
 #include <wx/app.h>
+#include <wx/dcclient.h>
+#include <wx/dcmemory.h>
 #include <wx/uiaction.h>
 #include <wx/utils.h>
 
@@ -52,6 +54,36 @@ void Click(wxWindow& window, wxPoint at)
     wxUIActionSimulator().MouseClick();
     Pump();
     wxMilliSleep(DOUBLE_CLICK_MS);
+}
+
+void Drag(wxWindow& window, wxPoint from, wxPoint to)
+{
+    constexpr int STEPS = 5;
+    const wxPoint start = window.ClientToScreen(from); // the window itself may move
+    const wxPoint way = to - from;
+    wxUIActionSimulator simulator;
+    simulator.MouseMove(start);
+    Pump();
+    simulator.MouseDown();
+    Pump();
+    for (int i = 1; i <= STEPS; ++i) {
+        simulator.MouseMove(start + way * i / STEPS);
+        Pump();
+    }
+    simulator.MouseUp();
+    Pump();
+    wxMilliSleep(DOUBLE_CLICK_MS);
+}
+
+wxImage Screenshot(wxWindow& window)
+{
+    const wxSize size = window.GetClientSize();
+    wxBitmap bitmap(size);
+    wxMemoryDC memory(bitmap);
+    wxClientDC source(&window); // a screen DC would give an old picture
+    memory.Blit(wxPoint(), size, &source, wxPoint());
+    memory.SelectObject(wxNullBitmap);
+    return bitmap.ConvertToImage();
 }
 
 EventCounter::EventCounter(wxWindow& window, const wxEventTypeTag<wxCommandEvent>& type)

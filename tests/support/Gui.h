@@ -2,6 +2,7 @@
 #pragma once
 
 #include <wx/event.h>
+#include <wx/image.h>
 #include <wx/modalhook.h>
 #include <wx/toplevel.h>
 #include <wx/window.h>
@@ -26,6 +27,12 @@ void MoveTo(wxWindow& window, wxPoint at);
 /// A whole click of the left button there. Two clicks in one place are kept apart in time, so that they are
 /// no double click.
 void Click(wxWindow& window, wxPoint at);
+
+/// Presses the left button at one point, moves in steps to another, and releases it there.
+void Drag(wxWindow& window, wxPoint from, wxPoint to);
+
+/// What the screen shows of a window's client area.
+wxImage Screenshot(wxWindow& window);
 
 /// Counts the command events of a type that reach a window.
 class EventCounter {
