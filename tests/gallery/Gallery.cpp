@@ -1,11 +1,22 @@
 // Which pages there are.
 #include "tests/gallery/Gallery.h"
 
+#include <iterator>
+
 namespace LS::Gallery {
+
+std::vector<Page> ProgressPages();
 
 std::vector<Page> Pages()
 {
-    return {};
+    std::vector<Page> pages;
+    for (auto* topic : {
+             ProgressPages,
+         }) {
+        auto more = topic();
+        std::move(more.begin(), more.end(), std::back_inserter(pages));
+    }
+    return pages;
 }
 
 } // namespace LS::Gallery
