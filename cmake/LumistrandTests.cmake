@@ -39,3 +39,13 @@ function(ls_gui_test name)
         set_tests_properties(${name}.${manager} PROPERTIES LABELS gui TIMEOUT 300 RESOURCE_LOCK display)
     endforeach()
 endfunction()
+
+# ls_gui_bench(NAME SOURCES ... LINK targets...): benchmarks that show windows; ctest runs each once.
+function(ls_gui_bench name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE ls_flags ${arg_LINK} benchmark::benchmark)
+    add_test(NAME bench.${name}
+        COMMAND ${CMAKE_SOURCE_DIR}/scripts/with_display.sh none $<TARGET_FILE:${name}> --benchmark_min_time=0)
+    set_tests_properties(bench.${name} PROPERTIES LABELS bench TIMEOUT 300)
+endfunction()

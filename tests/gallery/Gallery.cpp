@@ -9,6 +9,7 @@ std::vector<Page> ComparePages();
 std::vector<Page> AboutPages();
 std::vector<Page> PicturesPages();
 std::vector<Page> CellsPages();
+std::vector<Page> ProgressPages();
 
 std::vector<Page> Pages()
 {
@@ -18,6 +19,7 @@ std::vector<Page> Pages()
              AboutPages,
              PicturesPages,
              CellsPages,
+             ProgressPages,
          }) {
         auto more = topic();
         std::move(more.begin(), more.end(), std::back_inserter(pages));
