@@ -21,10 +21,10 @@ wxBEGIN_EVENT_TABLE(lsHyperlinkCtrl, wxControl)
     EVT_KILL_FOCUS(lsHyperlinkCtrl::OnFocus)
     EVT_PAINT(lsHyperlinkCtrl::OnPaint)
 wxEND_EVENT_TABLE()
-    // clang-format on
+// clang-format on
 
-    lsHyperlinkCtrl::lsHyperlinkCtrl(wxWindow* parent, wxWindowID id, const wxString& label,
-                                     const wxPoint& pos, const wxSize& size, long style, const wxString& name)
+lsHyperlinkCtrl::lsHyperlinkCtrl(wxWindow* parent, wxWindowID id, const wxString& label, const wxPoint& pos,
+                                 const wxSize& size, long style, const wxString& name)
 {
     Create(parent, id, label, pos, size, style, name);
 }

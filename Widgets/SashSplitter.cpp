@@ -64,10 +64,10 @@ wxBEGIN_EVENT_TABLE(wxSashSplitterWindow, wxSplitterWindow)
     EVT_MOUSE_EVENTS(wxSashSplitterWindow::OnMouse)
     EVT_MOUSE_CAPTURE_LOST(wxSashSplitterWindow::OnCaptureLost)
 wxEND_EVENT_TABLE()
-    // clang-format on
+// clang-format on
 
-    wxSashSplitterWindow::wxSashSplitterWindow(wxWindow* parent, wxWindowID id, const wxPoint& pos,
-                                               const wxSize& size, long style, const wxString& name)
+wxSashSplitterWindow::wxSashSplitterWindow(wxWindow* parent, wxWindowID id, const wxPoint& pos,
+                                           const wxSize& size, long style, const wxString& name)
     : wxSplitterWindow(parent, id, pos, size, WithVisibleDrag(style), name)
 {
     delete m_sashTrackerPen; // the base owns it, and deletes this one too

@@ -16,10 +16,10 @@ wxIMPLEMENT_DYNAMIC_CLASS(lsStaticPicture, wxControl);
 wxBEGIN_EVENT_TABLE(lsStaticPicture, wxControl)
     EVT_PAINT(lsStaticPicture::OnPaint)
 wxEND_EVENT_TABLE()
-    // clang-format on
+// clang-format on
 
-    lsStaticPicture::lsStaticPicture(wxWindow* parent, wxWindowID id, const wxBitmap& bitmap,
-                                     const wxPoint& pos, const wxSize& size, long style, const wxString& name)
+lsStaticPicture::lsStaticPicture(wxWindow* parent, wxWindowID id, const wxBitmap& bitmap, const wxPoint& pos,
+                                 const wxSize& size, long style, const wxString& name)
 {
     Create(parent, id, bitmap, pos, size, style, name);
 }

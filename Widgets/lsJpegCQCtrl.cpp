@@ -2,7 +2,7 @@
 #include "Widgets/lsJpegCQCtrl.h"
 
 #include "Widgets/CropView.h"
-#include "Widgets/HandCursors.h"
+#include "resources/Pictures.h"
 
 #include <wx/dcbuffer.h>
 #include <wx/dcmemory.h>
@@ -33,8 +33,8 @@ lsJpegCQCtrl::lsJpegCQCtrl(wxWindow* parent, wxWindowID id, const wxPoint& pos, 
 {
     SetBackgroundStyle(wxBG_STYLE_CUSTOM); // the toolkit wants to know before the window exists
     Create(parent, id, pos, size, style, wxPanelNameStr);
-    m_cursorOpen = HandCursor(Grip::Open);
-    m_cursorClosed = HandCursor(Grip::Closed);
+    m_cursorOpen = wxCursor(LS::Resources::HandCursor(LS::Resources::Hand::Open));
+    m_cursorClosed = wxCursor(LS::Resources::HandCursor(LS::Resources::Hand::Gripping));
     SetCursor(m_cursorOpen);
     const wxLogNull quiet; // handlers that are there already would be named in the log
     wxInitAllImageHandlers();

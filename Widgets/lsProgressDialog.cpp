@@ -49,10 +49,10 @@ wxBEGIN_EVENT_TABLE(lsProgressDialog, wxDialog)
     EVT_CLOSE(lsProgressDialog::OnClose)
     EVT_SHOW(lsProgressDialog::OnShow)
 wxEND_EVENT_TABLE()
-    // clang-format on
+// clang-format on
 
-    lsProgressDialog::lsProgressDialog(const wxString& title, const wxString& message, int maximum,
-                                       wxWindow* parent, int style)
+lsProgressDialog::lsProgressDialog(const wxString& title, const wxString& message, int maximum,
+                                   wxWindow* parent, int style)
     : wxDialog(parent, wxID_ANY, title), m_parentTop(wxGetTopLevelParent(parent)),
       m_state(style & wxPD_CAN_ABORT ? Continue : Uncancelable), m_maximum(std::max(maximum, 0)),
       m_hasAbortButton((style & wxPD_CAN_ABORT) != 0), m_hasSkipButton((style & wxPD_CAN_SKIP) != 0),

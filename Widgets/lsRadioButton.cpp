@@ -64,11 +64,11 @@ wxBEGIN_EVENT_TABLE(lsRadioButton, wxControl)
     EVT_SET_FOCUS(lsRadioButton::OnFocus)
     EVT_KILL_FOCUS(lsRadioButton::OnFocus)
 wxEND_EVENT_TABLE()
-    // clang-format on
+// clang-format on
 
-    lsRadioButton::lsRadioButton(wxWindow* parent, wxWindowID id, const wxBitmap& bitmap, const wxPoint& pos,
-                                 const wxSize& size, long style, const wxString& toolTip,
-                                 const wxValidator& validator, const wxString& name)
+lsRadioButton::lsRadioButton(wxWindow* parent, wxWindowID id, const wxBitmap& bitmap, const wxPoint& pos,
+                             const wxSize& size, long style, const wxString& toolTip,
+                             const wxValidator& validator, const wxString& name)
     : wxControl(parent, id, pos, size, wxBORDER_NONE | wxCLIP_CHILDREN, validator, name), m_bmpLabel(bitmap)
 {
     SetWindowStyle(GetWindowStyle() | style);

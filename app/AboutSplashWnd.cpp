@@ -22,8 +22,8 @@ wxBEGIN_EVENT_TABLE(AboutSplashWnd, wxDialog) EVT_TIMER(wxID_ANY, AboutSplashWnd
     EVT_PAINT(AboutSplashWnd::OnPaint) EVT_ERASE_BACKGROUND(AboutSplashWnd::OnEraseBackground)
         EVT_MOUSE_EVENTS(AboutSplashWnd::OnMouse) wxEND_EVENT_TABLE()
 
-            AboutSplashWnd::AboutSplashWnd(wxWindow* parent, wxWindowID id, const wxString& title,
-                                           const wxPoint& pos, const wxSize& size, long style)
+AboutSplashWnd::AboutSplashWnd(wxWindow* parent, wxWindowID id, const wxString& title, const wxPoint& pos,
+                               const wxSize& size, long style)
     : wxDialog(parent, id, title, pos, size, style), m_scrollPos(CREDITS_START), m_timer(this, wxID_ANY),
       m_background(LS::Resources::SplashPicture()),
       m_versionText(wxString("Version: ") + "6.00" + "." + "090417"),

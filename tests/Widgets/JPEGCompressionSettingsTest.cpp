@@ -53,10 +53,10 @@ protected:
     {
         const wxImage original = m_picture.GetSubImage(crop);
         const wxRect part(crop.GetSize());
-        if (!SamePixels(original, ScreenShot(View(ID_ORIGINAL)).GetSubImage(part)))
+        if (!SamePixels(original, Screenshot(View(ID_ORIGINAL)).GetSubImage(part)))
             return testing::AssertionFailure() << "the original differs";
         if (!SamePixels(Encoded(original, m_dialog->m_slider->GetValue()),
-                        ScreenShot(View(ID_COMPRESSED)).GetSubImage(part)))
+                        Screenshot(View(ID_COMPRESSED)).GetSubImage(part)))
             return testing::AssertionFailure() << "the compressed picture differs";
         return testing::AssertionSuccess();
     }
@@ -114,7 +114,7 @@ TEST_F(JpegDialog, NothingToShowIsNoTrouble)
 TEST_F(JpegDialog, EveryScrollCompressesAnew)
 {
     Open({400, 300}, 95);
-    const wxImage fine = ScreenShot(View(ID_COMPRESSED));
+    const wxImage fine = Screenshot(View(ID_COMPRESSED));
     const wxEventType types[] = {
         wxEVT_SCROLL_TOP,      wxEVT_SCROLL_BOTTOM,     wxEVT_SCROLL_LINEUP,
         wxEVT_SCROLL_LINEDOWN, wxEVT_SCROLL_PAGEUP,     wxEVT_SCROLL_PAGEDOWN,
@@ -128,7 +128,7 @@ TEST_F(JpegDialog, EveryScrollCompressesAnew)
         nQuality += 12;
     }
     Scroll(wxEVT_SCROLL_CHANGED, 5);
-    EXPECT_GT(MeanDifference(fine, ScreenShot(View(ID_COMPRESSED))), 5);
+    EXPECT_GT(MeanDifference(fine, Screenshot(View(ID_COMPRESSED))), 5);
 }
 
 TEST_F(JpegDialog, SliderAnswersThePointer)
@@ -172,7 +172,7 @@ TEST_F(JpegDialog, SmallPictureStaysPut)
     const HeldButton hand(View(ID_ORIGINAL), {60, 60});
     MoveTo(View(ID_ORIGINAL), {40, 45});
     EXPECT_TRUE(Shows({0, 0, 120, 90}));
-    const wxImage shot = ScreenShot(View(ID_COMPRESSED));
+    const wxImage shot = Screenshot(View(ID_COMPRESSED));
     EXPECT_EQ(218, shot.GetRed(120, 45));
     EXPECT_EQ(218, shot.GetBlue(60, 90));
 }

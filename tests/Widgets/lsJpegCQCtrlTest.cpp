@@ -71,17 +71,17 @@ wxImage OnGrey(const wxImage& picture)
 TEST_F(CompareView, ShowsItsBitmapOnGrey)
 {
     EXPECT_TRUE(SamePixels(OnGrey(wxImage(1, 1)).GetSubImage({1, 1, 179, 179}),
-                           ScreenShot(*m_view).GetSubImage({1, 1, 179, 179})))
+                           Screenshot(*m_view).GetSubImage({1, 1, 179, 179})))
         << "no bitmap yet";
     for (const wxSize size : {wxSize(180, 180), wxSize(100, 180), wxSize(180, 30), wxSize(1, 1)}) {
         SCOPED_TRACE(testing::Message() << size.x << " x " << size.y);
         const wxImage picture = SamplePicture(size);
         EXPECT_TRUE(m_view->SetBitmap(picture));
         Pump();
-        EXPECT_TRUE(SamePixels(OnGrey(picture), ScreenShot(*m_view)));
+        EXPECT_TRUE(SamePixels(OnGrey(picture), Screenshot(*m_view)));
         EXPECT_FALSE(m_view->SetBitmap(wxImage()));
         Pump();
-        EXPECT_TRUE(SamePixels(OnGrey(picture), ScreenShot(*m_view))) << "after an invalid image";
+        EXPECT_TRUE(SamePixels(OnGrey(picture), Screenshot(*m_view))) << "after an invalid image";
     }
 }
 

@@ -78,7 +78,7 @@ void Drag(wxWindow& window, wxPoint from, wxPoint to)
 wxImage Screenshot(wxWindow& window)
 {
     const wxSize size = window.GetClientSize();
-    wxBitmap bitmap(size);
+    wxBitmap bitmap(size, 24);
     wxMemoryDC memory(bitmap);
     wxClientDC source(&window); // a screen DC would give an old picture
     memory.Blit(wxPoint(), size, &source, wxPoint());

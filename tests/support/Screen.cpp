@@ -1,11 +1,8 @@
-// Screen shots and drags.
+// Compares pictures; holds the pointer's button.
 #include "tests/support/Screen.h"
 
 #include "tests/support/Gui.h"
 
-#include <wx/bitmap.h>
-#include <wx/dcclient.h>
-#include <wx/dcmemory.h>
 #include <wx/uiaction.h>
 
 #include <algorithm>
@@ -21,17 +18,6 @@ std::size_t ByteCount(const wxImage& image)
 }
 
 } // namespace
-
-wxImage ScreenShot(wxWindow& window)
-{
-    const wxSize size = window.GetClientSize();
-    wxBitmap bitmap(size, 24);
-    wxMemoryDC shot(bitmap);
-    wxClientDC screen(&window);
-    shot.Blit(wxPoint(0, 0), size, &screen, wxPoint(0, 0));
-    shot.SelectObject(wxNullBitmap);
-    return bitmap.ConvertToImage();
-}
 
 bool SamePixels(const wxImage& a, const wxImage& b)
 {

@@ -1,13 +1,10 @@
-// What the screen shows, and a pointer that drags.
+// Comparing what the screen shows, and a pointer that drags.
 #pragma once
 
 #include <wx/image.h>
 #include <wx/window.h>
 
 namespace LS::Tests {
-
-/// The pixels of a window's client area as they stand on the screen.
-wxImage ScreenShot(wxWindow& window);
 
 /// Whether two pictures have the same size and bytes.
 bool SamePixels(const wxImage& a, const wxImage& b);
