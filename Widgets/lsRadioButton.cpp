@@ -297,7 +297,7 @@ void lsRadioButton::ClearGroup()
     std::vector<GroupRole> vRoles;
     std::size_t nOwn = 0;
     for (wxWindow* const pSibling : GetParent()->GetChildren()) {
-        auto* const pButton = wxDynamicCast(pSibling, lsRadioButton);
+        auto* const pButton = dynamic_cast<lsRadioButton*>(pSibling); // wxDynamicCast casts before it looks
         if (!pButton)
             continue;
         if (pButton == this)

@@ -18,6 +18,13 @@ extern "C" const char* __asan_default_suppressions() // NOLINT(bugprone-reserved
     return "interceptor_via_fun:wxXPMDecoder::ReadFile\n";
 }
 
+/// Memory that the leak checker shall pass over.
+extern "C" const char* __lsan_default_suppressions() // NOLINT(bugprone-reserved-identifier): its fixed name
+{
+    // fontconfig keeps the patterns of the fonts in use until the process ends.
+    return "leak:libfontconfig\n";
+}
+
 namespace LS::Tests {
 
 namespace {
