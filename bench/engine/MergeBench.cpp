@@ -6,12 +6,11 @@
 #include "engine/HDRRoutine.h"
 #include "engine/HDRWorkspace.h"
 #include "engine/OwnedCurves.h"
+#include "tests/support/TempFolder.h"
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <random>
 #include <string>
@@ -114,12 +113,9 @@ BENCHMARK(BM_MergeExposures)->Arg(3)->Arg(5)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv)
 {
-    std::string sFolder = (std::filesystem::temp_directory_path() / "lumistrand-bench-XXXXXX").native();
-    if (!mkdtemp(sFolder.data()))
-        return 1;
-    RedirectCacheFolder(LS::Util::WidePath(sFolder));
+    static const LS::Tests::TempFolder folder;
+    RedirectCacheFolder(folder.WideFile("hdrcache"));
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
-    std::filesystem::remove_all(sFolder);
     return 0;
 }

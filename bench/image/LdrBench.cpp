@@ -1,13 +1,9 @@
 // Megapixels per second of the 8-bit saves, file and synchronisation included.
 #include "image/LdrSave.h"
+#include "tests/support/TempFolder.h"
 
 #include <benchmark/benchmark.h>
 #include <wx/image.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <stdexcept>
-#include <string>
 
 namespace {
 
@@ -28,30 +24,14 @@ wxImage Picture()
     return image;
 }
 
-class Folder {
-public:
-    Folder() : m_sPath((std::filesystem::temp_directory_path() / "lumistrand-bench-XXXXXX").native())
-    {
-        if (!mkdtemp(m_sPath.data()))
-            throw std::runtime_error("no temporary folder");
-    }
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
-    ~Folder() { std::filesystem::remove_all(m_sPath); }
-    std::string File() const { return m_sPath + "/picture"; }
-
-private:
-    std::string m_sPath;
-};
-
 void BM_SaveLdr(benchmark::State& state, LdrFormat format, unsigned nCompression)
 {
     wxImage image = Picture();
-    const Folder folder;
+    const LS::Tests::TempFolder folder;
     LdrOptions options;
     options.nCompression = nCompression;
     for ([[maybe_unused]] auto _ : state)
-        if (SaveLdr(image, folder.File(), format, options) != LdrOutcome::Saved)
+        if (SaveLdr(image, folder.File("picture"), format, options) != LdrOutcome::Saved)
             state.SkipWithError("not saved");
     state.counters["Mpixel/s"] =
         benchmark::Counter(WIDTH * HEIGHT / 1e6, benchmark::Counter::kIsIterationInvariantRate);
