@@ -1,10 +1,9 @@
 // Exposure values of a photograph, from its Exif data.
 #include "image/ExifReader.h"
 
-#include "Util/RegularFile.h"
 #include "image/Exiv2Messages.h"
+#include "image/MetadataFile.h"
 
-#include <exiv2/error.hpp>
 #include <exiv2/exif.hpp>
 #include <exiv2/image.hpp>
 
@@ -12,13 +11,6 @@
 #include <stdexcept>
 
 namespace {
-
-/// The path in a form that the library takes for nothing but a file: it knows the standard input as "-" and
-/// addresses by how they begin.
-std::string PlainFilePath(const std::string& sPath)
-{
-    return sPath.starts_with('/') ? sPath : "./" + sPath;
-}
 
 /// A tag of a photograph, or none, which reads as -1.
 Exiv2::Exifdatum FindTag(const Exiv2::ExifData& exifData, const char* szKey)
@@ -48,13 +40,11 @@ void ReadTags(const Exiv2::ExifData& exifData, ExposureValues& values)
 
 ExifOutcome ReadFile(const std::string& sPath, ExposureValues& values, std::string& sReason)
 {
-    if (!LS::Util::IsRegularFile(sPath, sReason))
-        return ExifOutcome::Failed;
-
     const Exiv2Messages messages;
     try {
-        const auto pImage = Exiv2::ImageFactory::open(PlainFilePath(sPath));
-        pImage->readMetadata();
+        const auto pImage = OpenMetadata(sPath, sReason);
+        if (!pImage)
+            return ExifOutcome::Failed;
         if (pImage->exifData().empty()) {
             sReason = messages.Errors();
             return ExifOutcome::NoExif;

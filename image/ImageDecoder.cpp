@@ -11,6 +11,8 @@
 #include <wx/wfstream.h>
 
 #include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <exception>
@@ -91,12 +93,44 @@ DecodedImage Decode(int nFile, PictureFormat format, const LibraryLog& log)
     return Failure(DecodeOutcome::Undecodable, log.Text());
 }
 
+DecodedImage DecodeOpenFile(int nFile, std::chrono::milliseconds timeLimit)
+{
+    const LibraryLog log;
+    const PictureFormat format = FormatOf(nFile);
+    if (PixelsAsked(nFile, format) > std::uint64_t{MAX_DECODED_PIXELS})
+        return Failure(DecodeOutcome::Undecodable, "the header asks for more than 512 megapixels");
+    const auto decode = [&] { return Decode(nFile, format, log); };
+    return format == PictureFormat::Other ? DecodeInChild(decode, nFile, timeLimit) : decode();
+}
+
+bool WriteAll(int nFile, const unsigned char* pBytes, std::size_t nBytes)
+{
+    while (nBytes > 0) {
+        const ::ssize_t nWritten = ::write(nFile, pBytes, nBytes);
+        if (nWritten <= 0)
+            return false;
+        pBytes += nWritten;
+        nBytes -= static_cast<std::size_t>(nWritten);
+    }
+    return true;
+}
+
 } // namespace
 
 void RegisterImageHandlers()
 {
     if (!wxImage::FindHandler(wxBITMAP_TYPE_JPEG))
         wxInitAllImageHandlers();
+}
+
+DecodedImage DecodeBytes(const void* pBytes, std::size_t nBytes, wxBitmapType type)
+{
+    const LS::Util::FileDescriptor file(::memfd_create("picture", MFD_CLOEXEC));
+    if (!file.IsOpen() || !WriteAll(file.Get(), static_cast<const unsigned char*>(pBytes), nBytes))
+        return Failure(DecodeOutcome::Undecodable, LS::Util::SystemError());
+    if (type != wxBITMAP_TYPE_ANY && HandlerOf(FormatOf(file.Get())) != type)
+        return Failure(DecodeOutcome::Undecodable, "not of the format that was told");
+    return DecodeOpenFile(file.Get(), std::chrono::seconds(10));
 }
 
 DecodedImage DecodeImage(const std::string& sPath, std::chrono::milliseconds timeLimit)
@@ -108,10 +142,5 @@ DecodedImage DecodeImage(const std::string& sPath, std::chrono::milliseconds tim
     if (!file.IsOpen())
         return Failure(DecodeOutcome::Undecodable, LS::Util::SystemError());
 
-    const LibraryLog log;
-    const PictureFormat format = FormatOf(file.Get());
-    if (PixelsAsked(file.Get(), format) > std::uint64_t{MAX_DECODED_PIXELS})
-        return Failure(DecodeOutcome::Undecodable, "the header asks for more than 512 megapixels");
-    const auto decode = [&] { return Decode(file.Get(), format, log); };
-    return format == PictureFormat::Other ? DecodeInChild(decode, file.Get(), timeLimit) : decode();
+    return DecodeOpenFile(file.Get(), timeLimit);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -38,3 +39,7 @@ struct DecodedImage {
 /// @param timeLimit  how long a child process may take
 DecodedImage DecodeImage(const std::string& sPath,
                          std::chrono::milliseconds timeLimit = std::chrono::seconds(10));
+
+/// The same for a picture that lies in memory, such as a thumbnail inside another file.
+/// @param type  JPEG or TIFF: anything else in the bytes is undecodable. wxBITMAP_TYPE_ANY: any format
+DecodedImage DecodeBytes(const void* pBytes, std::size_t nBytes, wxBitmapType type);

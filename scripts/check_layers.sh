@@ -53,7 +53,8 @@ forbid_symbols() {
 if [ -n "$build" ]; then
     forbid_symbols ' wx|gtk_|gdk_' Util/libls_util.a HDRFile/libls_hdrfile.a engine/libls_kernels.a
     forbid_symbols ' wx(Window|TopLevelWindow|Frame|Dialog|Control|App|DC|Bitmap)::|wxMessageBox|gtk_|gdk_' \
-        engine/libls_progress.a engine/libls_engine.a xml/libls_xml.a image/libls_series.a image/libls_image.a
+        engine/libls_progress.a engine/libls_engine.a xml/libls_xml.a image/libls_series.a image/libls_image.a \
+        image/libls_cache.a
 fi
 
 # Sources that no target names aren't built, tested or seen.

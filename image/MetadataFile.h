@@ -1,0 +1,19 @@
+// Opens a photograph's metadata, and nothing but a photograph's.
+#pragma once
+
+#include <memory>
+#include <string>
+
+namespace Exiv2 {
+class Image;
+}
+
+/// Opens a file and reads its metadata.
+///
+/// Only a regular file reaches the library, which would follow addresses and wait for pipes; no name is
+/// taken for anything but a file's. The library's messages go where Exiv2Messages says.
+/// @param sPath    in the file system's bytes
+/// @param sReason  receives why there is none, in words for a log
+/// @return null if the path leads to no regular file
+/// @throws Exiv2::Error for a file that the library can't open or read
+std::unique_ptr<Exiv2::Image> OpenMetadata(const std::string& sPath, std::string& sReason);
