@@ -103,14 +103,15 @@ DecodedImage DecodeOpenFile(int nFile, std::chrono::milliseconds timeLimit)
     return format == PictureFormat::Other ? DecodeInChild(decode, nFile, timeLimit) : decode();
 }
 
-bool WriteAll(int nFile, const unsigned char* pBytes, std::size_t nBytes)
+/// Fills an empty file; the position stays at its start.
+bool Fill(int nFile, const unsigned char* pBytes, std::size_t nBytes)
 {
-    while (nBytes > 0) {
-        const ::ssize_t nWritten = ::write(nFile, pBytes, nBytes);
+    for (std::size_t nDone = 0; nDone < nBytes;) {
+        const ::ssize_t nWritten =
+            ::pwrite(nFile, pBytes + nDone, nBytes - nDone, static_cast<::off_t>(nDone));
         if (nWritten <= 0)
             return false;
-        pBytes += nWritten;
-        nBytes -= static_cast<std::size_t>(nWritten);
+        nDone += static_cast<std::size_t>(nWritten);
     }
     return true;
 }
@@ -126,7 +127,7 @@ void RegisterImageHandlers()
 DecodedImage DecodeBytes(const void* pBytes, std::size_t nBytes, wxBitmapType type)
 {
     const LS::Util::FileDescriptor file(::memfd_create("picture", MFD_CLOEXEC));
-    if (!file.IsOpen() || !WriteAll(file.Get(), static_cast<const unsigned char*>(pBytes), nBytes))
+    if (!file.IsOpen() || !Fill(file.Get(), static_cast<const unsigned char*>(pBytes), nBytes))
         return Failure(DecodeOutcome::Undecodable, LS::Util::SystemError());
     if (type != wxBITMAP_TYPE_ANY && HandlerOf(FormatOf(file.Get())) != type)
         return Failure(DecodeOutcome::Undecodable, "not of the format that was told");
