@@ -16,6 +16,8 @@ public:
 
 wxDECLARE_EVENT(lsEVT_HYPERLINK, lsHyperlinkEvent);
 
+using lsHyperlinkEventFunction = void (wxEvtHandler::*)(lsHyperlinkEvent&);
+
 /// A link. It opens nothing: each press of the left button, and Space or Enter while it has the focus, sends
 /// an lsEVT_HYPERLINK.
 class lsHyperlinkCtrl : public wxControl {
@@ -79,3 +81,8 @@ private:
 };
 
 } // namespace LS::Widgets
+
+/// For event tables: the handler takes an lsHyperlinkEvent&.
+#define EVT_LSHYPERLINK(id, func)                                                                            \
+    wx__DECLARE_EVT1(LS::Widgets::lsEVT_HYPERLINK, id,                                                       \
+                     wxEVENT_HANDLER_CAST(LS::Widgets::lsHyperlinkEventFunction, func))

@@ -10,6 +10,7 @@ std::vector<Page> AboutPages();
 std::vector<Page> PicturesPages();
 std::vector<Page> CellsPages();
 std::vector<Page> ProgressPages();
+std::vector<Page> SavePages();
 
 std::vector<Page> Pages()
 {
@@ -20,6 +21,7 @@ std::vector<Page> Pages()
              PicturesPages,
              CellsPages,
              ProgressPages,
+             SavePages,
          }) {
         auto more = topic();
         std::move(more.begin(), more.end(), std::back_inserter(pages));

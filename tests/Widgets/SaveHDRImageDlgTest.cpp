@@ -1,0 +1,1 @@
+#include "Widgets/SaveHDRImageDlg.h"
