@@ -6,14 +6,12 @@
 
 namespace {
 
-constexpr const char* TARGA = "Targa Files (*.tga)";
-
 wxString ProposedSuffix(const wxString& format)
 {
     for (const SaveFormat& known : SAVE_FORMATS)
         if (format == known.szText)
             return known.szProposedSuffix;
-    return format == TARGA ? ".tga" : "";
+    return format == TARGA_FORMAT ? ".tga" : "";
 }
 
 } // namespace

@@ -26,6 +26,9 @@ constexpr std::array<SaveFormat, 4> SAVE_FORMATS = {{
     {"Windows Bitmap (*.bmp)", ".bmp", "bmp", SaveOption::None},
 }};
 
+/// Not in the list, but known where the settings have it.
+constexpr const char* TARGA_FORMAT = "Targa Files (*.tga)";
+
 /// How many saves this run of the program has agreed on, which numbers the proposals. Not for threads.
 class SaveCounter {
 public:
@@ -37,7 +40,7 @@ private:
 };
 
 /// The path that the dialog opens with: the folder as it is stored, with its separator, the number's name and
-/// the suffix of the format. Besides those of the list "Targa Files (*.tga)" has one; other texts have none.
+/// the suffix of the format. Besides those of the list TARGA_FORMAT has one; other texts have none.
 wxString ProposedPath(const wxString& folder, unsigned nNumber, const wxString& format);
 
 /// Whether a link shows the value that the dialog opened with, or one that an options dialog has confirmed.

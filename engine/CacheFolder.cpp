@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <optional>
 #include <sstream>
+#include <string_view>
 #include <sys/stat.h>
 #include <system_error>
 #include <vector>
@@ -36,6 +37,25 @@ bool IsFolder(const std::string& sPath)
 {
     struct stat status = {};
     return stat(sPath.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+/// Files only, of names with this ending. @return whether there was any
+bool DeleteFiles(const std::wstring& sFolder, std::string_view sEnding)
+{
+    if (sFolder.empty()) // would otherwise mean the working directory
+        return false;
+
+    std::vector<fs::path> vMatches;
+    std::error_code error;
+    for (fs::directory_iterator it(LS::Util::NarrowPath(sFolder), error), end; !error && it != end;
+         it.increment(error)) {
+        std::error_code ignored;
+        if (it->path().native().ends_with(sEnding) && !fs::is_directory(it->symlink_status(ignored)))
+            vMatches.push_back(it->path());
+    }
+    for (const fs::path& match : vMatches)
+        fs::remove(match, error);
+    return !vMatches.empty();
 }
 
 } // namespace
@@ -68,20 +88,12 @@ bool CreateCacheFolder()
 
 bool DeleteCacheFiles(const std::wstring& sFolder)
 {
-    if (sFolder.empty()) // would otherwise mean the working directory
-        return false;
+    return DeleteFiles(sFolder, ".tmp");
+}
 
-    std::vector<fs::path> vMatches;
-    std::error_code error;
-    for (fs::directory_iterator it(LS::Util::NarrowPath(sFolder), error), end; !error && it != end;
-         it.increment(error)) {
-        std::error_code ignored;
-        if (it->path().native().ends_with(".tmp") && !fs::is_directory(it->symlink_status(ignored)))
-            vMatches.push_back(it->path());
-    }
-    for (const fs::path& match : vMatches)
-        fs::remove(match, error);
-    return !vMatches.empty();
+void EmptyCacheFolder()
+{
+    DeleteFiles(CacheFolder(), "");
 }
 
 std::wstring NewFloatCachePath()

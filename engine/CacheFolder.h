@@ -19,6 +19,9 @@ bool CreateCacheFolder();
 /// @return false if nothing matches
 bool DeleteCacheFiles(const std::wstring& sFolder);
 
+/// Deletes every file of the cache folder, hidden ones too; what can't be deleted, and folders in it, stay.
+void EmptyCacheFolder();
+
 /// The path of a new float cache file: the cache folder, the UTC date and the system's uptime in
 /// milliseconds. Nothing checks whether the file exists.
 std::wstring NewFloatCachePath();

@@ -1,0 +1,184 @@
+// Starts and stops the program.
+#include "app/LumiStrandHDRApp.h"
+
+#include "Util/FailureLog.h"
+#include "Util/Paths.h"
+#include "Util/RegularFile.h"
+#include "Widgets/SashSplitter.h"
+#include "app/AboutSplashWnd.h"
+#include "app/FileArgument.h"
+#include "engine/CacheFolder.h"
+#include "frame/LumiStrandHDRFrm.h"
+#include "frame/Messages.h"
+#include "image/ImageCache.h"
+#include "image/ImageDecoder.h"
+#include "xml/Config.h"
+
+#include <wx/cmdline.h>
+#include <wx/filefn.h>
+#include <wx/intl.h>
+#include <wx/msgdlg.h>
+
+namespace {
+
+constexpr const char* LOG_FILE = "HDRLog.log";
+
+/// The folder of the executable, where the log goes and where relative paths begin.
+void EnterProgramFolder(const wxString& executable)
+{
+    const wxString folder = wxPathOnly(executable);
+    const wxLogNull quiet; // a start through the search path names no folder
+    if (folder.empty() || !wxSetWorkingDirectory(folder))
+        wxSetWorkingDirectory(LS::Util::ProgramFolder());
+}
+
+/// A window manager places a window itself when it appears, and tells its size then for the first time: that
+/// is the moment to centre it.
+void CentreOncePlaced(wxTopLevelWindow& window)
+{
+    enum class Placing { Hidden, Shown, Done };
+    const auto placing = std::make_shared<Placing>(Placing::Hidden);
+    window.Bind(wxEVT_SHOW, [placing](wxShowEvent& event) {
+        if (*placing == Placing::Hidden && event.IsShown())
+            *placing = Placing::Shown;
+        event.Skip();
+    });
+    window.Bind(wxEVT_SIZE, [placing, &window](wxSizeEvent& event) {
+        if (*placing == Placing::Shown && window.GetSize().x >= window.GetMinSize().x) {
+            *placing = Placing::Done;
+            window.Centre(wxBOTH);
+        }
+        event.Skip();
+    });
+}
+
+/// A folder or a pipe in the place of the log isn't opened: the program would wait for the pipe's reader.
+std::unique_ptr<std::ofstream> OpenLogFile()
+{
+    auto stream = std::make_unique<std::ofstream>();
+    std::string sReason;
+    if (LS::Util::IsMissing(LOG_FILE) || LS::Util::IsRegularFile(LOG_FILE, sReason))
+        stream->open(LOG_FILE, std::ios::out | std::ios::trunc);
+    *stream << std::unitbuf; // a crash shall lose nothing
+    return stream;
+}
+
+} // namespace
+
+bool LumiStrandHDRApp::OnInit()
+{
+    if (Start())
+        return true;
+    Abandon();
+    return false;
+}
+
+bool LumiStrandHDRApp::Start()
+{
+    if (!Config::Instance()->Load())
+        return false;
+    RegisterImageHandlers();
+    EnterProgramFolder(argv[0]);
+    wxHandleFatalExceptions(true);
+    StartLog();
+    LS::Widgets::WidenSashes();
+    ImageCache::SetMessageSink(ShowError);
+    AboutSplashWnd splash(nullptr, wxID_ANY, wxGetTranslation("Tolvanic Lumistrand"));
+    CreateMainWindow();
+    splash.Centre(wxBOTH);
+    splash.ShowModal();
+    ShowMainWindow();
+    return wxApp::OnInit();
+}
+
+/// What a failed start leaves is taken away, and what it had to say is shown.
+void LumiStrandHDRApp::Abandon()
+{
+    wxLog::FlushActive();
+    StopLog();
+}
+
+void LumiStrandHDRApp::StartLog()
+{
+    m_previousLog = wxLog::SetActiveTarget(new wxLogStderr);
+    wxLog::SetTimestamp("%m/%d/%Y %H:%M:%S");
+    m_logStream = OpenLogFile();
+    wxLog::SetLogLevel(wxLOG_Message);
+    m_logChain = new wxLogChain(new wxLogStream(m_logStream.get()));
+    m_logChain->PassMessages(true);
+    LS::Util::SetFailureSink([](const std::string& sLine) { wxLogError("%s", wxString::FromUTF8(sLine)); });
+}
+
+void LumiStrandHDRApp::StopLog()
+{
+    if (!m_logChain)
+        return;
+    LS::Util::SetFailureSink({});
+    delete m_logChain; // makes the log of the error stream active again
+    m_logChain = nullptr;
+    delete wxLog::SetActiveTarget(m_previousLog);
+    m_previousLog = nullptr;
+    m_logStream.reset();
+}
+
+void LumiStrandHDRApp::CreateMainWindow()
+{
+    m_frame =
+        new LumiStrandHDRFrm(nullptr, wxID_ANY, wxGetTranslation("Tolvanic Lumistrand - Create HDR Image"));
+}
+
+void LumiStrandHDRApp::ShowMainWindow()
+{
+    m_frame->Centre(wxBOTH);
+    CentreOncePlaced(*m_frame);
+    m_frame->Show();
+    SetTopWindow(m_frame);
+}
+
+int LumiStrandHDRApp::OnExit()
+{
+    Config::DestroyInstance();
+    EmptyCacheFolder();
+    ImageCache::DestroyInstance();
+    StopLog();
+    return 0;
+}
+
+void LumiStrandHDRApp::OnFatalException()
+{
+    wxMessageBox(
+        wxGetTranslation("Unknown Error! Please report this bug to Tolvanic, thank you! (Don't forget "
+                         "the log file at root folder of application.)"),
+        wxGetTranslation("Tolvanic Lumistrand"), wxOK | wxCENTRE);
+}
+
+void LumiStrandHDRApp::OnInitCmdLine(wxCmdLineParser& parser)
+{
+    wxApp::OnInitCmdLine(parser);
+    parser.SetLogo(GetAppName() + "\n");
+    parser.SetSwitchChars("-");
+    parser.AddSwitch("V", "version", "show version information");
+    parser.AddParam("url(s)", wxCMD_LINE_VAL_STRING, wxCMD_LINE_PARAM_OPTIONAL | wxCMD_LINE_PARAM_MULTIPLE);
+}
+
+bool LumiStrandHDRApp::OnCmdLineParsed(wxCmdLineParser& parser)
+{
+    if (!wxApp::OnCmdLineParsed(parser))
+        return false;
+    if (parser.GetParamCount() == 0)
+        return true;
+    const wxArrayString paths = PathsOfFileArgument(argv[argc - 1]);
+    if (!paths.empty())
+        m_frame->AddFiles(paths);
+    return true;
+}
+
+bool LumiStrandHDRApp::OnCmdLineHelp(wxCmdLineParser& parser)
+{
+    return wxApp::OnCmdLineHelp(parser);
+}
+
+bool LumiStrandHDRApp::OnCmdLineError(wxCmdLineParser& parser)
+{
+    return wxApp::OnCmdLineError(parser);
+}
