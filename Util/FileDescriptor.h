@@ -12,6 +12,14 @@ class FileDescriptor {
 public:
     explicit FileDescriptor(int nFile = -1) : m_nFile(nFile) {}
     FileDescriptor(FileDescriptor&& other) noexcept : m_nFile(other.Release()) {}
+    FileDescriptor& operator=(FileDescriptor&& other) noexcept
+    {
+        if (this != &other) {
+            Close();
+            m_nFile = other.Release();
+        }
+        return *this;
+    }
     FileDescriptor(const FileDescriptor&) = delete;
     FileDescriptor& operator=(const FileDescriptor&) = delete;
     ~FileDescriptor() { Close(); }

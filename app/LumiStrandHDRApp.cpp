@@ -6,7 +6,9 @@
 #include "Util/RegularFile.h"
 #include "Widgets/SashSplitter.h"
 #include "app/AboutSplashWnd.h"
+#include "app/AppIpc.h"
 #include "app/FileArgument.h"
+#include "app/SingleInstance.h"
 #include "engine/CacheFolder.h"
 #include "frame/LumiStrandHDRFrm.h"
 #include "frame/Messages.h"
@@ -65,6 +67,9 @@ std::unique_ptr<std::ofstream> OpenLogFile()
 
 } // namespace
 
+LumiStrandHDRApp::LumiStrandHDRApp() = default;
+LumiStrandHDRApp::~LumiStrandHDRApp() = default;
+
 bool LumiStrandHDRApp::OnInit()
 {
     if (Start())
@@ -75,7 +80,7 @@ bool LumiStrandHDRApp::OnInit()
 
 bool LumiStrandHDRApp::Start()
 {
-    if (!Config::Instance()->Load())
+    if (!CheckSingleInstance() || !Config::Instance()->Load())
         return false;
     RegisterImageHandlers();
     EnterProgramFolder(argv[0]);
@@ -91,10 +96,30 @@ bool LumiStrandHDRApp::Start()
     return wxApp::OnInit();
 }
 
+bool LumiStrandHDRApp::CheckSingleInstance()
+{
+    InstanceCheck check = ::CheckSingleInstance(argv.GetArguments(), *this);
+    m_instanceChecker = std::move(check.checker);
+    m_server = std::move(check.server);
+    return check.bContinue;
+}
+
+bool LumiStrandHDRApp::IsBusy() const
+{
+    return !m_frame || m_frame->IsBusy();
+}
+
+void LumiStrandHDRApp::AddFiles(const wxArrayString& paths)
+{
+    m_frame->AddFiles(paths);
+}
+
 /// What a failed start leaves is taken away, and what it had to say is shown.
 void LumiStrandHDRApp::Abandon()
 {
     wxLog::FlushActive();
+    m_instanceChecker.reset();
+    m_server.reset();
     StopLog();
 }
 
@@ -140,6 +165,8 @@ int LumiStrandHDRApp::OnExit()
     Config::DestroyInstance();
     EmptyCacheFolder();
     ImageCache::DestroyInstance();
+    m_instanceChecker.reset();
+    m_server.reset();
     StopLog();
     return 0;
 }

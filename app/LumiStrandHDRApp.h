@@ -1,18 +1,27 @@
 // The application: starts and stops the program.
 #pragma once
 
+#include "app/SecondStartTarget.h"
+
 #include <fstream>
 #include <memory>
 
 #include <wx/app.h>
 #include <wx/log.h>
 
+class CAppServer;
 class LumiStrandHDRFrm;
+class wxSingleInstanceChecker;
 
-/// Brings settings, log, main window and splash up in a fixed order, hands files of the command line to the
-/// main window, and takes everything down again.
-class LumiStrandHDRApp : public wxApp {
+/// Brings the single-instance service, settings, log, main window and splash up in a fixed order, hands files
+/// of the command line to the main window, and takes everything down again.
+class LumiStrandHDRApp : public wxApp, private SecondStartTarget {
 public:
+    LumiStrandHDRApp();
+    LumiStrandHDRApp(const LumiStrandHDRApp&) = delete;
+    LumiStrandHDRApp& operator=(const LumiStrandHDRApp&) = delete;
+    ~LumiStrandHDRApp() override;
+
     /// @return false if the program can't start, which has been told; then nothing of it is left behind
     bool OnInit() override;
     int OnExit() override;
@@ -23,6 +32,10 @@ public:
     bool OnCmdLineError(wxCmdLineParser& parser) override;
 
 private:
+    bool IsBusy() const override;
+    void AddFiles(const wxArrayString& paths) override;
+
+    bool CheckSingleInstance();
     bool Start();
     void Abandon();
     void StartLog();
@@ -31,7 +44,9 @@ private:
     void ShowMainWindow();
 
     LumiStrandHDRFrm* m_frame = nullptr; ///< the toolkit owns it
-    wxLog* m_previousLog = nullptr;      ///< what was active before the log began; null if nothing was
+    std::unique_ptr<wxSingleInstanceChecker> m_instanceChecker;
+    std::unique_ptr<CAppServer> m_server;
+    wxLog* m_previousLog = nullptr; ///< what was active before the log began; null if nothing was
     std::unique_ptr<std::ofstream> m_logStream;
     wxLogChain* m_logChain = nullptr; ///< the active target while the program runs; owned
 };

@@ -1,0 +1,72 @@
+// The steps of a start up to the point where it is the first instance or over.
+#include "app/SingleInstance.h"
+
+#include "app/InstanceLock.h"
+#include "app/InstanceSocket.h"
+#include "app/LocalSocket.h"
+
+#include <wx/intl.h>
+#include <wx/log.h>
+#include <wx/msgdlg.h>
+
+#include <utility>
+
+namespace {
+
+/// The lock may be out of reach, as in a home that can't be written; the socket then still tells.
+bool IsAnotherRunning(const wxSingleInstanceChecker& checker, const std::string& sSocket)
+{
+    return checker.IsAnotherRunning() || IsListening(sSocket);
+}
+
+InstanceCheck BecomeFirst(std::unique_ptr<wxSingleInstanceChecker> checker, SecondStartTarget& target)
+{
+    auto server = std::make_unique<CAppServer>(target);
+    if (!server->Create(IPC_SERVICE)) {
+        wxLogError("Failed to create an IPC service.");
+        return {false, std::move(checker), nullptr};
+    }
+    return {true, std::move(checker), std::move(server)};
+}
+
+void ShowTooBusy()
+{
+    wxMessageBox("Sorry, the existing instance may be too busy too respond.\n"
+                 "Please close any open dialogs and retry.",
+                 wxGetTranslation("Tolvanic Lumistrand"), wxOK | wxICON_INFORMATION);
+}
+
+void HandOver(const wxArrayString& arguments)
+{
+    CAppClient client;
+    const std::unique_ptr<wxConnectionBase> connection(
+        client.MakeConnection(IPC_HOST, IPC_SERVICE, IPC_TOPIC));
+    if (!connection) {
+        ShowTooBusy();
+        return;
+    }
+    if (arguments.size() <= 1)
+        return;
+    const wxLogNull silent;
+    connection->Execute(arguments.Last());
+    connection->Disconnect();
+}
+
+} // namespace
+
+InstanceCheck CheckSingleInstance(const wxArrayString& arguments, SecondStartTarget& target)
+{
+    const std::string sSocket = InstanceSocketPath(IPC_SERVICE);
+    StartGuard guard(sSocket.empty() ? sSocket : sSocket + ".start");
+    PrepareInstanceLock();
+    auto checker = std::make_unique<wxSingleInstanceChecker>();
+    {
+        const wxLogNull silent; // its messages would come up as boxes before the program is there
+        checker->Create(InstanceLockName());
+    }
+    if (!IsAnotherRunning(*checker, sSocket))
+        return BecomeFirst(std::move(checker), target);
+    guard.Release();
+    HandOver(arguments);
+    return {};
+}
