@@ -23,12 +23,6 @@ using Names = std::vector<std::string>;
 
 namespace {
 
-std::string Text(const std::string& sPath)
-{
-    const Bytes bytes = ReadBytes(sPath);
-    return {bytes.begin(), bytes.end()};
-}
-
 /// @return the reason, or "saved"
 std::string Save(const std::string& sPath, const std::string& sText, Existing existing = Existing::Replace)
 {
@@ -66,19 +60,19 @@ TEST(ReplacedFile, ShowsNothingBeforeCommit)
         ReplacedFile file(folder.File("a"));
         ASSERT_TRUE(file.IsOpen());
         EXPECT_TRUE(file.Write("new, ", 5) && file.Write("and longer", 10));
-        EXPECT_EQ("old", Text(folder.File("a")));
+        EXPECT_EQ("old", ReadText(folder.File("a")));
         EXPECT_EQ(2U, folder.Names().size());
         EXPECT_EQ('.', fs::path(file.Path()).filename().native().front());
         EXPECT_TRUE(file.Commit());
         EXPECT_FALSE(file.Write("x", 1));
         EXPECT_FALSE(file.Commit()) << "only once";
     }
-    EXPECT_EQ("new, and longer", Text(folder.File("a")));
+    EXPECT_EQ("new, and longer", ReadText(folder.File("a")));
     {
         ReplacedFile file(folder.File("a"));
         EXPECT_TRUE(file.Write("given up", 8));
     }
-    EXPECT_EQ("new, and longer", Text(folder.File("a")));
+    EXPECT_EQ("new, and longer", ReadText(folder.File("a")));
     EXPECT_EQ(Names{"a"}, folder.Names());
 }
 
@@ -89,11 +83,11 @@ TEST(ReplacedFile, ServesWritersThatOpenByName)
     EXPECT_NE(file.Path(), other.Path());
     WriteText(file.Path(), "by name");
     EXPECT_TRUE(file.Commit());
-    EXPECT_EQ("by name", Text(folder.File("a")));
+    EXPECT_EQ("by name", ReadText(folder.File("a")));
 
     fs::remove(other.Path()); // as a writer does with its half file
     EXPECT_FALSE(other.Commit());
-    EXPECT_EQ("by name", Text(folder.File("a")));
+    EXPECT_EQ("by name", ReadText(folder.File("a")));
 }
 
 TEST(ReplacedFile, KeepsPermissionsAndObeysTheUmask)
@@ -150,7 +144,7 @@ TEST(ReplacedFile, LeavesLinksAsTheyAre)
         EXPECT_EQ("saved", Save(folder.File("link"), "new"));
         EXPECT_EQ(c.link, fs::read_symlink(folder.File("link")));
         EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(folder.File(c.file))));
-        EXPECT_EQ("new", Text(folder.File(c.file)));
+        EXPECT_EQ("new", ReadText(folder.File(c.file)));
     }
 }
 
@@ -165,7 +159,7 @@ TEST(ReplacedFile, TakesTheLongestNameAndAnyBytes)
     fs::current_path(folder.Path());
     EXPECT_EQ("saved", Save("relative", "x"));
     fs::current_path(before);
-    EXPECT_EQ("x", Text(folder.File("relative")));
+    EXPECT_EQ("x", ReadText(folder.File("relative")));
 }
 
 TEST(ReplacedFile, RefusesWhatIsNoFile)
@@ -206,7 +200,7 @@ TEST(ReplacedFile, RefusesWhatIsNoFile)
         EXPECT_EQ("Permission denied", Save(folder.File("file"), "new")) << "a protected file";
     }
     EXPECT_EQ(before, folder.Names());
-    EXPECT_EQ("old", Text(folder.File("file")));
+    EXPECT_EQ("old", ReadText(folder.File("file")));
 }
 
 TEST(ReplacedFile, FailuresOfTheDiskLeaveTheOldFile)
@@ -227,7 +221,7 @@ TEST(ReplacedFile, FailuresOfTheDiskLeaveTheOldFile)
         EXPECT_EQ("Input/output error", Save(folder.File("a"), "new"));
     }
     EXPECT_EQ(Names{"a"}, folder.Names());
-    EXPECT_EQ("old", Text(folder.File("a")));
+    EXPECT_EQ("old", ReadText(folder.File("a")));
 
     const FailingCall noSuchThing(SystemCall::Fsync, EINVAL);
     EXPECT_EQ("saved", Save(folder.File("a"), "new")) << "a file system without synchronisation";
@@ -256,7 +250,7 @@ TEST(ReplacedFile, RefusesToReplaceOnEveryFileSystem)
             EXPECT_EQ("File exists", late.Reason());
         }
         EXPECT_EQ((Names{"a", "b", "link"}), folder.Names());
-        EXPECT_EQ("first", Text(folder.File("a")));
-        EXPECT_EQ("somebody else's", Text(folder.File("b")));
+        EXPECT_EQ("first", ReadText(folder.File("a")));
+        EXPECT_EQ("somebody else's", ReadText(folder.File("b")));
     }
 }

@@ -54,12 +54,6 @@ int WaitFor(pid_t nProcess)
     return WIFSIGNALED(nStatus) ? 128 + WTERMSIG(nStatus) : WEXITSTATUS(nStatus);
 }
 
-std::string Text(const std::string& sPath)
-{
-    const Bytes bytes = ReadBytes(sPath);
-    return {bytes.begin(), bytes.end()};
-}
-
 } // namespace
 
 ProgramRun RunProgram(const std::vector<std::string>& vsArguments, const RunOptions& options)
@@ -75,7 +69,7 @@ ProgramRun RunProgram(const std::vector<std::string>& vsArguments, const RunOpti
         kill(nProcess, SIGINT);
     }
     const int nCode = WaitFor(nProcess);
-    return {nCode, Text(capture.File("out")), Text(capture.File("err"))};
+    return {nCode, ReadText(capture.File("out")), ReadText(capture.File("err"))};
 }
 
 } // namespace LS::Tests

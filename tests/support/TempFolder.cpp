@@ -51,6 +51,12 @@ Bytes ReadBytes(const std::string& sPath)
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
+std::string ReadText(const std::string& sPath)
+{
+    const Bytes bytes = ReadBytes(sPath);
+    return {bytes.begin(), bytes.end()};
+}
+
 void WriteBytes(const std::string& sPath, const void* pData, std::size_t nBytes)
 {
     std::ofstream file(sPath, std::ios::binary);

@@ -29,12 +29,6 @@ const std::string DOCUMENT = "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n"
                              "    <Text>x &amp; &#xE9;</Text><![CDATA[<raw>]]>\n"
                              "</root>\n";
 
-std::string Text(const std::string& sPath)
-{
-    const Bytes bytes = ReadBytes(sPath);
-    return {bytes.begin(), bytes.end()};
-}
-
 Node At(const std::wstring& sFile)
 {
     const Node root = XmlNode::CreateElement();
@@ -72,8 +66,8 @@ TEST(DocumentFile, IsWrittenOnlyAfterAChange)
         ASSERT_TRUE(root->Load());
         c.change(root);
         EXPECT_TRUE(root->Save());
-        EXPECT_EQ(c.written, Text(sFile) != sSpaced);
-        EXPECT_EQ(c.written, Text(sFile) == root->ToString());
+        EXPECT_EQ(c.written, ReadText(sFile) != sSpaced);
+        EXPECT_EQ(c.written, ReadText(sFile) == root->ToString());
 
         fs::remove(sFile);
         EXPECT_TRUE(root->Save()) << "nothing left to write";
@@ -89,7 +83,7 @@ TEST(DocumentFile, LoadedNodesLeaveOlderChangesPending)
     SetInt(L"n", 1, root);
     EXPECT_TRUE(root->Load());
     EXPECT_TRUE(root->Save());
-    EXPECT_EQ(root->ToString(), Text(folder.File("a.xml")));
+    EXPECT_EQ(root->ToString(), ReadText(folder.File("a.xml")));
     EXPECT_NE(std::string::npos, root->ToString().find("n=\"1\""));
 }
 
@@ -107,7 +101,7 @@ TEST(DocumentFile, RoundTripDropsCommentsAndKeepsTheRest)
               "    <Save Type=\"caf\xC3\xA9 \xE5\x86\x99\" n=\"1\" />\n"
               "    <Text>x &amp; \xC3\xA9</Text>\n"
               "</root>\n",
-              Text(folder.File("a.xml")));
+              ReadText(folder.File("a.xml")));
 }
 
 TEST(DocumentFile, NodesWithoutANameAreSkipped)
@@ -121,7 +115,7 @@ TEST(DocumentFile, NodesWithoutANameAreSkipped)
     EXPECT_TRUE(folder.Names().empty());
     root->SetName(L"r");
     EXPECT_TRUE(root->Save());
-    EXPECT_EQ("<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n<r />\n", Text(folder.File("a.xml")));
+    EXPECT_EQ("<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n<r />\n", ReadText(folder.File("a.xml")));
 }
 
 TEST(DocumentFile, NamesPassThroughTheCodePage)
@@ -180,11 +174,11 @@ TEST(DocumentFile, FailedSavesLeaveTheOldFileAndTheChange)
     EXPECT_FALSE(root->Save()) << "could not be loaded again";
     root->RemoveChild(L"large");
     EXPECT_EQ(4U, log.Lines().size());
-    EXPECT_EQ(sOld, Text(folder.File("a.xml")));
+    EXPECT_EQ(sOld, ReadText(folder.File("a.xml")));
     EXPECT_EQ(std::vector<std::string>{"a.xml"}, folder.Names());
 
     EXPECT_TRUE(root->Save()) << "the changes were pending";
-    EXPECT_EQ(root->ToString(), Text(folder.File("a.xml")));
+    EXPECT_EQ(root->ToString(), ReadText(folder.File("a.xml")));
 }
 
 TEST(DocumentFile, OnlyRegularFilesAreRead)
