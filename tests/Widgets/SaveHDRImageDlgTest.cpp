@@ -152,7 +152,7 @@ TEST_F(SaveDialog, OnlyASaveCounts)
         EXPECT_EQ(Out() + first, dialog.m_path);
     }
     EXPECT_EQ(second, Dialog().Name().GetValue());
-    EXPECT_THAT(std::filesystem::is_empty(m_folder.File("out")), true) << "the frame writes the file";
+    EXPECT_TRUE(std::filesystem::is_empty(m_folder.File("out"))) << "the frame writes the file";
 }
 
 TEST_F(SaveDialog, OpensWithTheSettings)
@@ -335,6 +335,15 @@ TEST_F(SaveDialog, MakesTheFolder)
         }
         EXPECT_EQ(nSaves + (c.bMade ? 1 : 0), SaveCounter::Count());
     }
+}
+
+TEST_F(SaveDialog, ShowsAndMakesTheMissingFolderOfTheSettings)
+{
+    Settings().m_fullName = m_folder.WideFile("first/");
+    Dialog dialog;
+    EXPECT_EQ(m_folder.File("first/"), dialog.Folder().GetTextCtrl()->GetValue().utf8_string());
+    EXPECT_TRUE(dialog.Save());
+    EXPECT_TRUE(std::filesystem::is_directory(m_folder.File("first")));
 }
 
 TEST_F(SaveDialog, QualityLinkOpensTheCompareDialog)
