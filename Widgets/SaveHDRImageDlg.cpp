@@ -50,11 +50,10 @@ wxSizerFlags FieldFlags()
     return wxSizerFlags().Expand().CentreVertical().Border(wxALL, BORDER);
 }
 
-/// Adds the label of the field that comes next. @return its text
-wxString AddLabel(wxWindow* dialog, wxSizer* grid, const wxString& text)
+/// Adds the label of the field that comes next.
+void AddLabel(wxWindow* dialog, wxSizer* grid, const wxString& text)
 {
     grid->Add(new wxStaticText(dialog, wxID_STATIC, text), LabelFlags());
-    return text;
 }
 
 /// The question's button in wxMessageBox's terms.
@@ -124,12 +123,11 @@ void SaveHDRImageDlg::CreateControls()
 
 void SaveHDRImageDlg::CreateFormatRows(wxSizer* grid)
 {
-    const wxString label = AddLabel(this, grid, _("File Format:"));
+    AddLabel(this, grid, _("File Format:"));
     m_formatChoice = new wxChoice(this, ID_FORMAT);
     for (const SaveFormat& format : SAVE_FORMATS)
         m_formatChoice->Append(format.szText);
     m_formatChoice->SetStringSelection(m_format); // none if the settings hold another text
-    m_formatChoice->SetToolTip(label);
     grid->Add(m_formatChoice, FieldFlags());
 
     grid->Add(BORDER, BORDER, wxSizerFlags().Centre().Border(wxALL, BORDER));
@@ -140,23 +138,21 @@ void SaveHDRImageDlg::CreateFormatRows(wxSizer* grid)
 
 void SaveHDRImageDlg::CreatePathRows(wxSizer* grid)
 {
-    const wxString nameLabel = AddLabel(this, grid, _("File Name:"));
+    AddLabel(this, grid, _("File Name:"));
     wxTextValidator validator(wxFILTER_EXCLUDE_CHAR_LIST);
     validator.SetCharExcludes(EXCLUDED_CHARACTERS);
     m_fileNameText = new wxTextCtrl(this, ID_FILE_NAME, FileName(), wxDefaultPosition, wxDefaultSize,
                                     wxTE_NOHIDESEL, validator);
-    m_fileNameText->SetToolTip(nameLabel);
     // Mouse events don't climb to the dialog, so no event table of its sees them.
     m_fileNameText->Bind(wxEVT_ENTER_WINDOW, &SaveHDRImageDlg::OnEnterFileName, this);
     grid->Add(m_fileNameText, FieldFlags());
 
-    const wxString pathLabel = AddLabel(this, grid, _("Destination Path:"));
+    AddLabel(this, grid, _("Destination Path:"));
     m_dirPicker = new wxDirPickerCtrl(this, wxID_ANY, Config::Instance()->m_fullName,
                                       "Select Destination Directory", wxDefaultPosition, wxDefaultSize,
                                       wxDIRP_USE_TEXTCTRL, wxDefaultValidator, "dirpicker");
+    m_dirPicker->SetPath(Config::Instance()->m_fullName); // the constructor drops a folder that is missing
     m_dirPicker->GetTextCtrl()->SetMinSize(FromDIP(wxSize(PATH_WIDTH, wxDefaultCoord)));
-    m_dirPicker->GetTextCtrl()->SetToolTip(pathLabel);
-    m_dirPicker->GetPickerCtrl()->SetToolTip("Select Destination Directory");
     grid->Add(m_dirPicker, FieldFlags());
 }
 
@@ -193,7 +189,6 @@ void SaveHDRImageDlg::ShowLink(const wxString& text)
     m_hyperlink->Show(!text.empty());
     if (!text.empty())
         m_hyperlink->SetLabel(text);
-    m_hyperlink->SetToolTip(text);
     Layout();
 }
 
