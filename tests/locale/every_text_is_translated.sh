@@ -6,7 +6,7 @@ cd "$1"
 sources=$(mktemp)
 trap 'rm -f "$sources"' EXIT
 locale/update.sh "$sources"
-[ "$(grep -c '^msgid' "$sources")" -gt 20 ] || { echo "The texts of the sources weren't found."; exit 1; }
+grep -q '^msgid "&Cancel"' "$sources" || { echo "The texts of the sources weren't found."; exit 1; }
 
 status=0
 for catalogue in locale/*.po; do
