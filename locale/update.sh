@@ -11,6 +11,7 @@ printf '%s\n' {app,frame,image,Widgets}/*.cpp |
     xgettext --files-from=- --language=C++ --from-code=UTF-8 --keyword --keyword=_ --keyword=wxGetTranslation \
         --keyword=wxTRANSLATE --add-comments=Translators: --no-location --package-name=Lumistrand \
         --package-version=6.0 --output="$template"
+sed -i 's/charset=CHARSET/charset=UTF-8/' "$template"
 
 if [ $# = 0 ]; then
     for catalogue in locale/*.po; do
