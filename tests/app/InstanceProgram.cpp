@@ -1,7 +1,8 @@
 // A program that does nothing but keep itself to one instance, for tests that need several processes.
 // Usage: instance_program STATE [FILE_ARGUMENT]
 // STATE is what the first instance does: idle, iconized, dialog, box, busy, blocked (runs no event loop).
-// Each line of its output is an event: "first", "ready", "paths P|P", "front", "box TEXT", "over".
+// Each line of its output is an event: "first", "ready" or "iconized", "front", "paths P|P", "box ...",
+// "over".
 #include "app/FileArgument.h"
 #include "app/SingleInstance.h"
 
@@ -87,8 +88,10 @@ bool InstanceProgram::OnInit()
 
 void InstanceProgram::EnterState()
 {
-    if (m_state == "iconized")
-        m_frame->Iconize();
+    if (m_state == "iconized") {
+        m_frame->Iconize(); // its event tells when it is
+        return;
+    }
     CallAfter([] { Say("ready"); });
     if (m_state == "dialog")
         wxDialog(m_frame, wxID_ANY, "Dialog").ShowModal();
