@@ -86,6 +86,7 @@ bool LumiStrandHDRApp::Start()
     EnterProgramFolder(argv[0]);
     wxHandleFatalExceptions(true);
     StartLog();
+    LoadLanguage();
     LS::Widgets::WidenSashes();
     ImageCache::SetMessageSink(ShowError);
     AboutSplashWnd splash(nullptr, wxID_ANY, wxGetTranslation("Tolvanic Lumistrand"));
@@ -104,6 +105,13 @@ bool LumiStrandHDRApp::CheckSingleInstance()
     return check.bContinue;
 }
 
+void LumiStrandHDRApp::LoadLanguage()
+{
+    LanguageChoice choice = ::LoadLanguage(LS::Util::ProgramFolder(), *Config::Instance());
+    m_locale = std::move(choice.locale);
+    m_languages = std::move(choice.languages);
+}
+
 bool LumiStrandHDRApp::IsBusy() const
 {
     return !m_frame || m_frame->IsBusy();
@@ -118,6 +126,7 @@ void LumiStrandHDRApp::AddFiles(const wxArrayString& paths)
 void LumiStrandHDRApp::Abandon()
 {
     wxLog::FlushActive();
+    m_locale.reset();
     m_instanceChecker.reset();
     m_server.reset();
     StopLog();
@@ -165,6 +174,7 @@ int LumiStrandHDRApp::OnExit()
     Config::DestroyInstance();
     EmptyCacheFolder();
     ImageCache::DestroyInstance();
+    m_locale.reset();
     m_instanceChecker.reset();
     m_server.reset();
     StopLog();

@@ -1,6 +1,7 @@
 // The application: starts and stops the program.
 #pragma once
 
+#include "app/Language.h"
 #include "app/SecondStartTarget.h"
 
 #include <fstream>
@@ -37,6 +38,7 @@ private:
 
     bool CheckSingleInstance();
     bool Start();
+    void LoadLanguage();
     void Abandon();
     void StartLog();
     void StopLog();
@@ -48,5 +50,7 @@ private:
     std::unique_ptr<CAppServer> m_server;
     wxLog* m_previousLog = nullptr; ///< what was active before the log began; null if nothing was
     std::unique_ptr<std::ofstream> m_logStream;
-    wxLogChain* m_logChain = nullptr; ///< the active target while the program runs; owned
+    wxLogChain* m_logChain = nullptr;   ///< the active target while the program runs; owned
+    std::unique_ptr<wxLocale> m_locale; ///< null: the program's own English texts
+    LanguageMap m_languages;
 };

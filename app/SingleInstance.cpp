@@ -1,6 +1,7 @@
 // The steps of a start up to the point where it is the first instance or over.
 #include "app/SingleInstance.h"
 
+#include "Util/FailureLog.h"
 #include "app/InstanceLock.h"
 #include "app/InstanceSocket.h"
 #include "app/LocalSocket.h"
@@ -12,6 +13,15 @@
 #include <utility>
 
 namespace {
+
+std::unique_ptr<wxSingleInstanceChecker> LockInstance()
+{
+    const wxLogNull silent; // its messages would come up as boxes before the program is there
+    auto checker = std::make_unique<wxSingleInstanceChecker>();
+    if (!checker->Create(InstanceLockName()))
+        LS::Util::LogFailure("locking the instance", InstanceLockName().utf8_string(), "no lock can be had");
+    return checker;
+}
 
 /// The lock may be out of reach, as in a home that can't be written; the socket then still tells.
 bool IsAnotherRunning(const wxSingleInstanceChecker& checker, const std::string& sSocket)
@@ -59,11 +69,7 @@ InstanceCheck CheckSingleInstance(const wxArrayString& arguments, SecondStartTar
     const std::string sSocket = InstanceSocketPath(IPC_SERVICE);
     StartGuard guard(sSocket.empty() ? sSocket : sSocket + ".start");
     PrepareInstanceLock();
-    auto checker = std::make_unique<wxSingleInstanceChecker>();
-    {
-        const wxLogNull silent; // its messages would come up as boxes before the program is there
-        checker->Create(InstanceLockName());
-    }
+    auto checker = LockInstance();
     if (!IsAnotherRunning(*checker, sSocket))
         return BecomeFirst(std::move(checker), target);
     guard.Release();

@@ -16,7 +16,7 @@ echo "layers"
 scripts/check_layers.sh
 
 echo "shellcheck"
-shellcheck -x lumistrand test .ci/run scripts/*.sh resources/*.sh
+shellcheck -x lumistrand test .ci/run scripts/*.sh resources/*.sh locale/*.sh
 
 echo "clang-tidy"
 printf '%s\0' "${sources[@]}" | xargs -0 -n 1 -P "$(nproc)" clang-tidy -p "$build" --quiet 2>/dev/null

@@ -4,7 +4,7 @@
 # shellcheck disable=SC2034 # the scripts that source this file use the lists of packages
 
 BUILD_PACKAGES="g++ cmake ninja-build ccache pkg-config libwxgtk3.2-dev libopenexr-dev libexiv2-dev
-    libtiff-dev libtinyxml-dev libopenblas-dev"
+    libtiff-dev libtinyxml-dev libopenblas-dev gettext"
 RUN_PACKAGES="fonts-dejavu-core adwaita-icon-theme"
 TEST_PACKAGES="libgtest-dev libgmock-dev libbenchmark-dev libjpeg-dev xvfb xauth openbox xdotool locales"
 LINT_PACKAGES="clang-format clang-tidy shellcheck"
