@@ -6,7 +6,8 @@
 BUILD_PACKAGES="g++ cmake ninja-build ccache pkg-config libwxgtk3.2-dev libopenexr-dev libexiv2-dev
     libtiff-dev libtinyxml-dev libopenblas-dev"
 RUN_PACKAGES="fonts-dejavu-core adwaita-icon-theme"
-TEST_PACKAGES="libgtest-dev libgmock-dev libbenchmark-dev libjpeg-dev xvfb xauth openbox xdotool locales"
+TEST_PACKAGES="libgtest-dev libgmock-dev libbenchmark-dev libjpeg-dev xvfb xauth openbox xdotool locales
+    parallel"
 LINT_PACKAGES="clang-format clang-tidy shellcheck"
 
 # Precompiled headers are only cached if ccache may trust them.
