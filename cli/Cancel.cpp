@@ -4,15 +4,20 @@
 #include "engine/HDRWorkspace.h"
 
 #include <csignal>
+#include <sys/types.h>
 
 namespace {
 
 volatile std::sig_atomic_t g_bRequested = 0;
+volatile std::sig_atomic_t g_nChild = 0;
 
-void OnSignal(int)
+// Everything here is safe in a handler: what the engine does is to store one byte.
+void OnSignal(int nSignal)
 {
     g_bRequested = 1;
-    RequestCancel(); // stores one byte, which is safe in a handler
+    RequestCancel();
+    if (g_nChild > 0)
+        kill(static_cast<pid_t>(g_nChild), nSignal);
 }
 
 } // namespace
@@ -24,6 +29,11 @@ void CatchCancelSignals()
     action.sa_flags = SA_RESTART; // reads and writes of files go on; the loops look at the flag
     for (const int nSignal : {SIGINT, SIGTERM, SIGHUP})
         sigaction(nSignal, &action, nullptr);
+}
+
+void PassCancelTo(int nProcess)
+{
+    g_nChild = nProcess;
 }
 
 bool CancelRequested()

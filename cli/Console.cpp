@@ -45,12 +45,22 @@ ExitCode Console::Fail(ExitCode code, const std::string& sSubject, const std::st
     return code;
 }
 
-void Console::Say(const std::string& sLine)
+void Console::Note(const std::string& sSubject, const std::string& sText)
 {
-    if (m_verbosity == Verbosity::Quiet)
-        return;
+    if (m_verbosity != Verbosity::Quiet)
+        Error(sSubject, sText);
+}
+
+void Console::Print(const std::string& sLine)
+{
     ClearBar();
     std::printf("%s\n", sLine.c_str());
+}
+
+void Console::Say(const std::string& sLine)
+{
+    if (m_verbosity != Verbosity::Quiet)
+        Print(sLine);
 }
 
 void Console::Detail(const std::string& sLine)

@@ -23,6 +23,10 @@ public:
     /// @return code, or Cancelled
     ExitCode Fail(ExitCode code, const std::string& sSubject, const std::string& sText);
 
+    /// As Error, for what the user should know and nobody failed at; unless quiet.
+    void Note(const std::string& sSubject, const std::string& sText);
+
+    void Print(const std::string& sLine);  ///< in any case
     void Say(const std::string& sLine);    ///< unless quiet
     void Detail(const std::string& sLine); ///< only if verbose
 

@@ -86,6 +86,10 @@ MergeJob::~MergeJob()
 
 ExitCode MergeJob::Run()
 {
+    if (m_options.bSkipExisting && m_outputs.AllExist()) {
+        m_console.Say(m_options.vOutputs[0].sPath + ": exists already, passed over");
+        return ExitCode::Done;
+    }
     const struct {
         const char* szName;
         ExitCode (MergeJob::*pDo)();
@@ -113,7 +117,7 @@ ExitCode MergeJob::Run()
 ExitCode MergeJob::ReadSeries()
 {
     const ExitCode code = MakeSeries(m_options, m_console, m_series);
-    return code == ExitCode::Done ? m_outputs.Check(m_options.vsImages) : code;
+    return code == ExitCode::Done ? m_outputs.Check() : code;
 }
 
 ExitCode MergeJob::ReadCurve()

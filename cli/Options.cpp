@@ -28,13 +28,18 @@ enum LongOnly : int {
     SAVE_CURVE,
     SHUTTER,
     APERTURE,
+    GROUP,
+    LIST,
+    GAP,
+    SERIES,
     WORK_DIR,
     KEEP_WORK,
+    SKIP_EXISTING,
     QUIET,
     VERBOSE
 };
 
-constexpr std::array<option, 19> LONG_OPTIONS{{
+constexpr std::array<option, 24> LONG_OPTIONS{{
     {"output", required_argument, nullptr, 'o'},
     {"format", required_argument, nullptr, FORMAT},
     {"depth", required_argument, nullptr, DEPTH},
@@ -46,9 +51,14 @@ constexpr std::array<option, 19> LONG_OPTIONS{{
     {"save-curve", required_argument, nullptr, SAVE_CURVE},
     {"shutter", required_argument, nullptr, SHUTTER},
     {"aperture", required_argument, nullptr, APERTURE},
+    {"group", required_argument, nullptr, GROUP},
+    {"list", no_argument, nullptr, LIST},
+    {"gap", required_argument, nullptr, GAP},
+    {"series", required_argument, nullptr, SERIES},
     {"work-dir", required_argument, nullptr, WORK_DIR},
     {"keep-work", no_argument, nullptr, KEEP_WORK},
     {"force", no_argument, nullptr, 'f'},
+    {"skip-existing", no_argument, nullptr, SKIP_EXISTING},
     {"quiet", no_argument, nullptr, QUIET},
     {"verbose", no_argument, nullptr, VERBOSE},
     {"help", no_argument, nullptr, 'h'},
@@ -80,9 +90,14 @@ std::optional<OutputFormat> FormatByName(std::string_view sName)
     return pFound == std::end(FORMATS) ? std::nullopt : std::optional(pFound->format);
 }
 
+std::size_t FileNameStart(const std::string& sPath)
+{
+    return sPath.rfind('/') + 1; // 0 without a folder
+}
+
 std::string LowerCaseExtension(const std::string& sPath)
 {
-    const std::size_t nName = sPath.rfind('/') + 1; // 0 without a folder
+    const std::size_t nName = FileNameStart(sPath);
     const std::size_t nDot = sPath.rfind('.');
     if (nDot == std::string::npos || nDot < nName)
         return {};
@@ -160,6 +175,34 @@ std::vector<float> ParseList(const char* szOption, const std::string& sList)
     return vfValues;
 }
 
+/// The fields of a line of --list: the name of a series, then its photographs.
+std::vector<std::string> ParseSeries(const std::string& sLine)
+{
+    std::vector<std::string> vsFields;
+    std::istringstream line(sLine);
+    for (std::string sField; std::getline(line, sField, '\t');)
+        vsFields.push_back(sField);
+    if (vsFields.size() < 2 || std::find(vsFields.begin(), vsFields.end(), "") != vsFields.end())
+        throw UsageError{"--series: \"" + sLine +
+                         "\" is no line of --list: a name and images, with tabs between."};
+    return vsFields;
+}
+
+bool StandsForSeries(const std::string& sPath)
+{
+    return sPath.find('%', FileNameStart(sPath)) != std::string::npos;
+}
+
+/// The path of one series, from a path with "%" in its file name.
+std::string PathForSeries(const std::string& sPath, const std::string& sName)
+{
+    const std::size_t nName = FileNameStart(sPath);
+    std::string sResult = sPath.substr(0, nName);
+    for (const char c : sPath.substr(nName))
+        sResult += c == '%' ? sName : std::string(1, c);
+    return sResult;
+}
+
 void CheckCount(const char* szOption, const std::vector<float>& vfValues, std::size_t nImages)
 {
     if (vfValues.size() > 1 && vfValues.size() != nImages)
@@ -186,6 +229,8 @@ public:
 private:
     bool Take(int nOption, const std::string& sValue);
     void TakeCurve(const std::string& sValue);
+    void CheckSource() const;
+    void CheckGroup() const;
     Output MakeOutput(const std::string& sPath) const;
     Options Finish();
 
@@ -193,7 +238,9 @@ private:
     std::vector<std::string> m_vsOutputs;
     std::string m_sFormat;
     bool m_bLdrTiff = false;
-    std::string m_sText; ///< of help or version
+    bool m_bHasGap = false;
+    std::vector<std::string> m_vsSeries; ///< the fields of --series
+    std::string m_sText;                 ///< of help or version
 };
 
 /// @return false if the option asks for a text and nothing else
@@ -233,6 +280,21 @@ bool Parser::Take(int nOption, const std::string& sValue)
     case APERTURE:
         m_options.vfApertures = ParseList("--aperture", sValue);
         return true;
+    case GROUP:
+        if (sValue.empty())
+            throw UsageError{"--group: the name of the folder is empty."};
+        m_options.sGroup = sValue;
+        return true;
+    case LIST:
+        m_options.bList = true;
+        return true;
+    case GAP:
+        m_options.dGap = ParseInRange("--gap", sValue, 0, 86400);
+        m_bHasGap = true;
+        return true;
+    case SERIES:
+        m_vsSeries = ParseSeries(sValue);
+        return true;
     case WORK_DIR:
         m_options.sWorkFolder = sValue;
         return true;
@@ -241,6 +303,9 @@ bool Parser::Take(int nOption, const std::string& sValue)
         return true;
     case 'f':
         m_options.bForce = true;
+        return true;
+    case SKIP_EXISTING:
+        m_options.bSkipExisting = true;
         return true;
     case QUIET:
         m_options.verbosity = Verbosity::Quiet;
@@ -273,21 +338,60 @@ Output Parser::MakeOutput(const std::string& sPath) const
     return {sPath, m_bLdrTiff && format == OutputFormat::FloatTiff ? OutputFormat::LdrTiff : format};
 }
 
+/// The photographs come from one place.
+void Parser::CheckSource() const
+{
+    const int nSources =
+        int{!m_options.vsImages.empty()} + int{!m_options.sGroup.empty()} + int{!m_vsSeries.empty()};
+    if (nSources == 0)
+        throw UsageError{"No image is given."};
+    if (nSources > 1)
+        throw UsageError{"Images, --group and --series exclude each other."};
+    if (m_options.sGroup.empty() && (m_options.bList || m_bHasGap))
+        throw UsageError{std::string(m_bHasGap ? "--gap" : "--list") + " goes with --group."};
+    if (m_options.bList && !m_vsOutputs.empty())
+        throw UsageError{"--list writes nothing; leave out --output."};
+}
+
+/// What is said for all series of a folder must make sense for each.
+void Parser::CheckGroup() const
+{
+    std::vector<std::string> vsPaths = m_vsOutputs;
+    if (!m_options.sSaveCurve.empty())
+        vsPaths.push_back(m_options.sSaveCurve);
+    for (const std::string& sPath : vsPaths)
+        if (!StandsForSeries(sPath))
+            throw UsageError{sPath +
+                             ": with --group an output is named with a % in place of the series' name, "
+                             "such as %.exr."};
+    if (m_options.vfShutters.size() > 1 || m_options.vfApertures.size() > 1)
+        throw UsageError{"--shutter and --aperture take one value for all images with --group."};
+}
+
 Options Parser::Finish()
 {
     Options& options = m_options;
-    if (options.vsImages.empty())
-        throw UsageError{"No image is given."};
+    CheckSource();
+    if (!options.sGroup.empty())
+        CheckGroup();
+    if (options.bList)
+        return options;
     if (m_vsOutputs.empty())
         throw UsageError{"No output is given; name it with -o."};
     if (!m_sFormat.empty() && m_vsOutputs.size() > 1)
         throw UsageError{"--format goes with a single output."};
     for (const std::string& sPath : m_vsOutputs)
         options.vOutputs.push_back(MakeOutput(sPath));
-    CheckCount("--shutter", options.vfShutters, options.vsImages.size());
-    CheckCount("--aperture", options.vfApertures, options.vsImages.size());
+    if (!m_vsSeries.empty())
+        options = OptionsForSeries(options, m_vsSeries[0], {m_vsSeries.begin() + 1, m_vsSeries.end()});
+    if (options.sGroup.empty()) {
+        CheckCount("--shutter", options.vfShutters, options.vsImages.size());
+        CheckCount("--aperture", options.vfApertures, options.vsImages.size());
+    }
     if (options.bKeepWork && options.sWorkFolder.empty())
         throw UsageError{"--keep-work needs a folder to keep the files in; name it with --work-dir."};
+    if (options.bForce && options.bSkipExisting)
+        throw UsageError{"--force and --skip-existing exclude each other."};
     return options;
 }
 
@@ -323,6 +427,31 @@ ParsedCommandLine Parser::Parse(const std::vector<std::string>& vsArguments)
 
 } // namespace
 
+Options OptionsForSeries(const Options& options, const std::string& sName,
+                         const std::vector<std::string>& vsImages)
+{
+    Options one = options;
+    one.sGroup.clear();
+    one.vsImages = vsImages;
+    for (Output& output : one.vOutputs)
+        output.sPath = PathForSeries(output.sPath, sName);
+    one.sSaveCurve = PathForSeries(one.sSaveCurve, sName);
+    return one;
+}
+
+std::optional<std::string> SeriesLine(const std::string& sName, const std::vector<std::string>& vsImages)
+{
+    std::vector<std::string> vsFields = vsImages;
+    vsFields.insert(vsFields.begin(), sName);
+    std::string sLine;
+    for (const std::string& sField : vsFields) {
+        if (sField.find_first_of("\t\n") != std::string::npos)
+            return std::nullopt;
+        sLine += (sLine.empty() ? "" : "\t") + sField;
+    }
+    return sLine;
+}
+
 ParsedCommandLine ParseCommandLine(const std::vector<std::string>& vsArguments)
 {
     try {
@@ -335,8 +464,11 @@ ParsedCommandLine ParseCommandLine(const std::vector<std::string>& vsArguments)
 std::string HelpText()
 {
     return R"(Usage: lumistrand-hdr-cli [options] IMAGE...
+       lumistrand-hdr-cli [options] --group DIR
+       lumistrand-hdr-cli [options] --series LINE
 
-Merges a bracketed series of photographs into one high-dynamic-range image.
+Merges a bracketed series of photographs into one high-dynamic-range image, or
+each series of a folder into one.
 
   -o, --output FILE   what to write: .exr, .hdr and .tif/.tiff hold the merged
                       values; .jpg, .png and .bmp are tone-mapped pictures; may
@@ -356,10 +488,19 @@ Merges a bracketed series of photographs into one high-dynamic-range image.
       --compression NAME
                       of tone-mapped .tif pictures: none, deflate, packbits (the
                       default), lzw or jpeg
+      --group DIR     merges each series of a folder: .jpg and .tif files of one
+                      camera and size, taken in one go, no exposure twice. A %
+                      in the file names of -o and --save-curve stands for the
+                      series: the name of its first photograph, without .jpg
+      --list          with --group: writes no image but a line for each series:
+                      its name and its photographs, with tabs between
+      --gap SECONDS   with --group: the longest pause within a series; 5
+      --series LINE   merges the series of such a line
       --work-dir DIR  where working files live, 4 bytes a pixel for each image
                       and 12 bytes a pixel; else in the temporary directory
       --keep-work     keeps the working files, in DIR itself
   -f, --force         replaces existing outputs
+      --skip-existing does nothing if all outputs exist
       --quiet         prints nothing but errors
       --verbose       prints exposures, sizes, curves, times and memory
   -h, --help          prints this text
@@ -370,7 +511,10 @@ gives them; no two images may share both. All images must have the same size.
 They are merged in the order of their file names. What is written appears under
 its name only when it is complete.
 
+With --group, single shots and files that are no usable photographs are told and
+passed over, and a series that fails doesn't keep the others from being merged.
+
 Exit codes: 0 done, 1 wrong command line, 2 unusable input, 3 merge failed,
-4 output can't be written, 130 cancelled.
+4 output can't be written, 5 some series of a folder failed, 130 cancelled.
 )";
 }

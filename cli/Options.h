@@ -27,7 +27,11 @@ enum class Verbosity { Quiet, Normal, Verbose };
 
 struct Options {
     std::vector<std::string> vsImages; ///< in the order of the command line, in the file system's bytes
-    std::vector<Output> vOutputs;      ///< at least one
+    std::vector<std::string> vsKept;   ///< further photographs that no output may replace
+    std::vector<Output> vOutputs;      ///< at least one, unless the series are only listed
+    std::string sGroup;                ///< the folder whose series are merged, in place of images
+    bool bList = false;                ///< lists the series of that folder
+    double dGap = 5;                   ///< the longest pause within a series of that folder, in seconds
     CurveSource curve = CurveSource::Standard;
     std::string sCurve;             ///< the curve file
     std::string sSaveCurve;         ///< empty for none
@@ -40,6 +44,7 @@ struct Options {
     std::string sWorkFolder;        ///< empty for the temporary directory
     bool bKeepWork = false;
     bool bForce = false;
+    bool bSkipExisting = false; ///< does nothing where all outputs exist
     Verbosity verbosity = Verbosity::Normal;
 };
 
@@ -49,6 +54,15 @@ struct ParsedCommandLine {
     std::string sText;              ///< help, version, or what is wrong
     ExitCode code = ExitCode::Done; ///< Usage if something is wrong
 };
+
+/// Puts the photographs of one series in the place of a folder, and its name in the place of each "%" in the
+/// file names of the outputs.
+Options OptionsForSeries(const Options& options, const std::string& sName,
+                         const std::vector<std::string>& vsImages);
+
+/// A series as one line without its end: its name and its photographs, with tabs between them. The option
+/// --series takes it back. @return nothing for a name with a tab or a line feed in it
+std::optional<std::string> SeriesLine(const std::string& sName, const std::vector<std::string>& vsImages);
 
 /// Reads the arguments behind the program's name. Options and images may be mixed.
 ParsedCommandLine ParseCommandLine(const std::vector<std::string>& vsArguments);

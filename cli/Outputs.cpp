@@ -1,6 +1,9 @@
 // Checks, writes and renames the output files.
 #include "cli/Outputs.h"
 
+#include "Util/RegularFile.h"
+
+#include <algorithm>
 #include <set>
 #include <sys/stat.h>
 #include <utility>
@@ -14,22 +17,36 @@ using FileIdentity = std::pair<dev_t, ino_t>;
 
 Outputs::Outputs(const Options& options, Console& console) : m_options(options), m_console(console) {}
 
-ExitCode Outputs::Check(const std::vector<std::string>& vsImages)
+std::vector<std::string> Outputs::Paths() const
 {
-    std::set<FileIdentity> sources;
-    struct stat status = {};
-    for (const std::string& sImage : vsImages)
-        if (stat(sImage.c_str(), &status) == 0)
-            sources.emplace(status.st_dev, status.st_ino);
-
     std::vector<std::string> vsPaths;
     for (const Output& output : m_options.vOutputs)
         vsPaths.push_back(output.sPath);
     if (!m_options.sSaveCurve.empty())
         vsPaths.push_back(m_options.sSaveCurve);
+    return vsPaths;
+}
+
+bool Outputs::AllExist() const
+{
+    const std::vector<std::string> vsPaths = Paths();
+    std::string sIgnored;
+    return std::all_of(vsPaths.begin(), vsPaths.end(), [&sIgnored](const std::string& sPath) {
+        return LS::Util::IsRegularFile(sPath, sIgnored);
+    });
+}
+
+ExitCode Outputs::Check()
+{
+    std::set<FileIdentity> sources;
+    struct stat status = {};
+    for (const auto* pvsImages : {&m_options.vsImages, &m_options.vsKept})
+        for (const std::string& sImage : *pvsImages)
+            if (stat(sImage.c_str(), &status) == 0)
+                sources.emplace(status.st_dev, status.st_ino);
 
     std::set<std::string> seen;
-    for (const std::string& sPath : vsPaths) {
+    for (const std::string& sPath : Paths()) {
         const bool bExists = stat(sPath.c_str(), &status) == 0;
         std::string sFault;
         if (!seen.insert(sPath).second)

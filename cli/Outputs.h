@@ -16,9 +16,12 @@ class Outputs {
 public:
     Outputs(const Options& options, Console& console);
 
-    /// Refuses what exists already, unless replacing is asked for, and what is a photograph of the series.
+    /// Refuses what exists already, unless replacing is asked for, and what is a photograph.
     /// To be asked before the work. @return Done or Write
-    ExitCode Check(const std::vector<std::string>& vsImages);
+    ExitCode Check();
+
+    /// Whether all that is to be written exists already.
+    bool AllExist() const;
 
     /// Writes one file beside its name.
     /// @param write  fills the file, by its path or through it; says what went wrong, or nothing
@@ -34,6 +37,8 @@ private:
         std::string sPath;
         std::unique_ptr<LS::Util::ReplacedFile> pFile;
     };
+
+    std::vector<std::string> Paths() const;
 
     const Options& m_options;
     Console& m_console;

@@ -56,17 +56,10 @@ private:
 
     bool CheckExposure(const SeriesImage& image)
     {
-        const bool bShutter = IsUsable(image.fShutter), bStop = IsUsable(image.fStop);
-        if (!bShutter && !bStop)
-            m_console.Error(
-                image.sPath,
-                "no usable exposure time and aperture in its Exif data; give them with --shutter and "
-                "--aperture");
-        else if (!bShutter)
-            m_console.Error(image.sPath, "no usable exposure time in its Exif data; give it with --shutter");
-        else if (!bStop)
-            m_console.Error(image.sPath, "no usable aperture in its Exif data; give it with --aperture");
-        return bShutter && bStop;
+        const std::string sFault = ExposureFault(image.fShutter, image.fStop);
+        if (!sFault.empty())
+            m_console.Error(image.sPath, sFault);
+        return sFault.empty();
     }
 
     const Options& m_options;
@@ -134,6 +127,17 @@ ExitCode CheckSize(const Series& series, std::size_t iLatest, Console& console)
                         Formatted("has %d x %d pixels, but %s has %d x %d; a series needs images of one size",
                                   latest.nWidth, latest.nHeight, first.sPath.c_str(), first.nWidth,
                                   first.nHeight));
+}
+
+std::string ExposureFault(float fShutter, float fStop)
+{
+    const bool bShutter = IsUsable(fShutter), bStop = IsUsable(fStop);
+    if (!bShutter && !bStop)
+        return "no usable exposure time and aperture in its Exif data; give them with --shutter and "
+               "--aperture";
+    if (!bShutter)
+        return "no usable exposure time in its Exif data; give it with --shutter";
+    return bStop ? "" : "no usable aperture in its Exif data; give it with --aperture";
 }
 
 std::string ShutterText(float fShutter)

@@ -28,5 +28,8 @@ ExitCode MakeSeries(const Options& options, Console& console, Series& series);
 /// Input
 ExitCode CheckSize(const Series& series, std::size_t iLatest, Console& console);
 
+/// What an exposure lacks, and the options that help; nothing if it can be merged.
+std::string ExposureFault(float fShutter, float fStop);
+
 /// A shutter time as photographers write it: "1/60 s", "2 s".
 std::string ShutterText(float fShutter);

@@ -1,4 +1,5 @@
-// The headless program: merges a series named on the command line.
+// The headless program: merges a series named on the command line, or those of a folder.
+#include "cli/Batch.h"
 #include "cli/Cancel.h"
 #include "cli/Console.h"
 #include "cli/MergeJob.h"
@@ -32,11 +33,16 @@ ExitCode Merge(const Options& options)
         return ExitCode::Merge;
     }
     RegisterImageHandlers();
+    return MergeJob(options, console).Run();
+}
+
+ExitCode Run(const Options& options)
+{
     CatchCancelSignals();
     try {
-        return MergeJob(options, console).Run();
+        return options.sGroup.empty() ? Merge(options) : MergeFolder(options, Run);
     } catch (const std::exception& e) { // out of memory, above all
-        console.Error("", e.what());
+        Console(options.verbosity).Error("", e.what());
         return ExitCode::Merge;
     }
 }
@@ -46,5 +52,5 @@ ExitCode Merge(const Options& options)
 int main(int argc, char** argv)
 {
     const ParsedCommandLine parsed = ParseCommandLine(std::vector<std::string>(argv + 1, argv + argc));
-    return static_cast<int>(parsed.options ? Merge(*parsed.options) : TellText(parsed));
+    return static_cast<int>(parsed.options ? Run(*parsed.options) : TellText(parsed));
 }

@@ -1,6 +1,7 @@
-// Exposure values of a photograph, from its Exif data.
+// Exposure values of a photograph, and when and with what it was taken, from its Exif data.
 #include "image/ExifReader.h"
 
+#include "image/ExifTime.h"
 #include "image/Exiv2Messages.h"
 #include "image/MetadataFile.h"
 
@@ -38,7 +39,42 @@ void ReadTags(const Exiv2::ExifData& exifData, ExposureValues& values)
     values.exposureBias = number("Exif.Photo.ExposureBiasValue");
 }
 
-ExifOutcome ReadFile(const std::string& sPath, ExposureValues& values, std::string& sReason)
+/// The text of a tag, or nothing.
+std::string Text(const Exiv2::ExifData& exifData, const char* szKey)
+{
+    const auto found = exifData.findKey(Exiv2::ExifKey(szKey));
+    return found == exifData.end() ? std::string() : found->toString();
+}
+
+std::optional<std::chrono::microseconds> ReadTime(const Exiv2::ExifData& exifData)
+{
+    constexpr struct {
+        const char* szDate;
+        const char* szFraction;
+    } TAGS[] = {
+        {"Exif.Photo.DateTimeOriginal", "Exif.Photo.SubSecTimeOriginal"},
+        {"Exif.Photo.DateTimeDigitized", "Exif.Photo.SubSecTimeDigitized"},
+        {"Exif.Image.DateTime", "Exif.Photo.SubSecTime"},
+    };
+    for (const auto& tags : TAGS)
+        if (const auto taken = ParseExifTime(Text(exifData, tags.szDate), Text(exifData, tags.szFraction)))
+            return taken;
+    return std::nullopt;
+}
+
+void ReadShotValues(const Exiv2::Image& image, ShotValues& shot)
+{
+    const Exiv2::ExifData& exifData = image.exifData();
+    ReadTags(exifData, shot.exposure);
+    for (const char* szKey : {"Exif.Image.Make", "Exif.Image.Model", "Exif.Photo.BodySerialNumber"})
+        shot.sCamera += Text(exifData, szKey) + '\n';
+    shot.width = image.pixelWidth();
+    shot.height = image.pixelHeight();
+    shot.taken = ReadTime(exifData);
+}
+
+/// Opens a photograph and hands it to a function, if it has Exif data.
+template <typename Take> ExifOutcome ReadFile(const std::string& sPath, std::string& sReason, Take take)
 {
     const Exiv2Messages messages;
     try {
@@ -49,7 +85,7 @@ ExifOutcome ReadFile(const std::string& sPath, ExposureValues& values, std::stri
             sReason = messages.Errors();
             return ExifOutcome::NoExif;
         }
-        ReadTags(pImage->exifData(), values);
+        take(*pImage);
         return ExifOutcome::Read;
     } catch (const std::exception& fault) {
         sReason = fault.what();
@@ -62,7 +98,20 @@ ExifOutcome ReadFile(const std::string& sPath, ExposureValues& values, std::stri
 ExifOutcome ReadExif(const std::string& sPath, ExposureValues& values, std::string* psReason)
 {
     std::string sReason;
-    const ExifOutcome outcome = ReadFile(sPath, values, sReason);
+    const ExifOutcome outcome = ReadFile(
+        sPath, sReason, [&values](const Exiv2::Image& image) { ReadTags(image.exifData(), values); });
+    if (psReason)
+        *psReason = sReason;
+    return outcome;
+}
+
+ExifOutcome ReadShot(const std::string& sPath, ShotValues& shot, std::string* psReason)
+{
+    std::string sReason;
+    ShotValues values;
+    const ExifOutcome outcome =
+        ReadFile(sPath, sReason, [&values](const Exiv2::Image& image) { ReadShotValues(image, values); });
+    shot = outcome == ExifOutcome::Read ? values : ShotValues();
     if (psReason)
         *psReason = sReason;
     return outcome;

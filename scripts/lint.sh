@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Formatting, layers, shell scripts and static analysis. Usage: lint.sh BUILD_FOLDER
+# Formatting, layers, shell scripts, desktop files, manual pages and static analysis. Usage: lint.sh BUILD_FOLDER
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
@@ -16,7 +16,19 @@ echo "layers"
 scripts/check_layers.sh
 
 echo "shellcheck"
-shellcheck -x lumistrand test .ci/run scripts/*.sh resources/*.sh locale/*.sh
+shellcheck -x lumistrand test .ci/run scripts/*.sh resources/*.sh locale/*.sh packaging/lumistrand packaging/*.sh \
+    tests/packaging/*.sh
+
+echo "desktop files"
+desktop-file-validate packaging/lumistrand.desktop
+appstreamcli validate --no-net packaging/*.metainfo.xml >/dev/null ||
+    { appstreamcli validate --no-net --explain packaging/*.metainfo.xml; exit 1; }
+
+echo "manual pages"
+for page in docs/man/lumistrand-*.1; do
+    warnings=$(MANWIDTH=80 man --warnings -l -Tutf8 "$page" 2>&1 >/dev/null)
+    [ -z "$warnings" ] || { printf '%s: %s\n' "$page" "$warnings"; exit 1; }
+done
 
 echo "clang-tidy"
 printf '%s\0' "${sources[@]}" | xargs -0 -n 1 -P "$(nproc)" clang-tidy -p "$build" --quiet 2>/dev/null

@@ -6,8 +6,9 @@
 BUILD_PACKAGES="g++ cmake ninja-build ccache pkg-config libwxgtk3.2-dev libopenexr-dev libexiv2-dev
     libtiff-dev libtinyxml-dev libopenblas-dev gettext"
 RUN_PACKAGES="fonts-dejavu-core adwaita-icon-theme"
-TEST_PACKAGES="libgtest-dev libgmock-dev libbenchmark-dev libjpeg-dev xvfb xauth openbox xdotool locales"
-LINT_PACKAGES="clang-format clang-tidy shellcheck"
+TEST_PACKAGES="libgtest-dev libgmock-dev libbenchmark-dev libjpeg-dev xvfb xauth openbox xdotool locales
+    parallel dpkg-dev file"
+LINT_PACKAGES="clang-format clang-tidy shellcheck desktop-file-utils appstream man-db"
 
 # Precompiled headers are only cached if ccache may trust them.
 export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime

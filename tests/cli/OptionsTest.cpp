@@ -82,6 +82,43 @@ TEST(Options, CurvesAndPictures)
     EXPECT_EQ("./standard", file.options->sCurve);
 }
 
+TEST(Options, Series)
+{
+    const ParsedCommandLine parsed = ParseCommandLine(
+        {"--series", "name\ta 1.jpg\tb.jpg", "-o", "100%/%.exr", "-o", "x.hdr", "--save-curve", "%_%.crv"});
+    ASSERT_TRUE(parsed.options) << parsed.sText;
+    EXPECT_EQ((Arguments{"a 1.jpg", "b.jpg"}), parsed.options->vsImages);
+    EXPECT_EQ("100%/name.exr", parsed.options->vOutputs[0].sPath);
+    EXPECT_EQ("x.hdr", parsed.options->vOutputs[1].sPath);
+    EXPECT_EQ("name_name.crv", parsed.options->sSaveCurve);
+    EXPECT_EQ("name\ta 1.jpg\tb.jpg", SeriesLine("name", parsed.options->vsImages));
+    EXPECT_FALSE(SeriesLine("name", {"a\n.jpg"}));
+    EXPECT_FALSE(SeriesLine("na\tme", {"a.jpg"}));
+
+    const ParsedCommandLine plain = ParseCommandLine({"a.jpg", "-o", "%.exr"});
+    ASSERT_TRUE(plain.options);
+    EXPECT_EQ("%.exr", plain.options->vOutputs[0].sPath) << "without a series a % is a %";
+}
+
+TEST(Options, Group)
+{
+    const ParsedCommandLine parsed =
+        ParseCommandLine({"--group", "day 1", "-o", "o/%.exr", "--gap=2.5", "--aperture", "8"});
+    ASSERT_TRUE(parsed.options) << parsed.sText;
+    EXPECT_EQ("day 1", parsed.options->sGroup);
+    EXPECT_EQ(2.5, parsed.options->dGap);
+    EXPECT_FALSE(parsed.options->bList);
+    const Options one = OptionsForSeries(*parsed.options, "n", {"x.jpg"});
+    EXPECT_EQ("o/n.exr", one.vOutputs[0].sPath);
+    EXPECT_EQ(Arguments{"x.jpg"}, one.vsImages);
+    EXPECT_EQ("", one.sGroup);
+
+    const ParsedCommandLine list = ParseCommandLine({"--list", "--group=d"});
+    ASSERT_TRUE(list.options) << list.sText;
+    EXPECT_TRUE(list.options->bList);
+    EXPECT_EQ(5, list.options->dGap);
+}
+
 TEST(Options, WhatIsWrongIsNamed)
 {
     const struct {
@@ -118,6 +155,23 @@ TEST(Options, WhatIsWrongIsNamed)
         {{"a.jpg", "-o", "x.exr", "--nosuch"}, "--nosuch"},
         {{"a.jpg", "-o", "x.exr", "--quiet=1"}, "--quiet"},
         {{"a.jpg", "-o", "x.exr", "-x"}, "-x"},
+        {{"--group", "", "-o", "%.exr"}, "empty"},
+        {{"--group", "d"}, "No output"},
+        {{"--group", "d", "a.jpg", "-o", "%.exr"}, "exclude"},
+        {{"--group", "d", "--series", "n\ta", "-o", "%.exr"}, "exclude"},
+        {{"--group", "d", "-o", "x.exr"}, "x.exr"},
+        {{"--group", "d", "-o", "%/x.exr"}, "%/x.exr"},
+        {{"--group", "d", "-o", "%.exr", "--save-curve", "x.crv"}, "x.crv"},
+        {{"--group", "d", "-o", "%.exr", "--shutter", "1,2"}, "one value"},
+        {{"--group", "d", "-o", "%"}, "%"},
+        {{"--group", "d", "-o", "%.exr", "--gap", "-1"}, "from 0"},
+        {{"--group", "d", "--list", "-o", "%.exr"}, "--output"},
+        {{"a.jpg", "--list"}, "--list goes with"},
+        {{"a.jpg", "-o", "x.exr", "--gap", "1"}, "--gap goes with"},
+        {{"--series", "name", "-o", "%.exr"}, "\"name\""},
+        {{"--series", "name\ta\t\tb", "-o", "%.exr"}, "--list"},
+        {{"--series", "name\ta\tb", "-o", "%.exr", "--shutter", "1,2,3"}, "3 values for 2"},
+        {{"a.jpg", "-o", "x.exr", "-f", "--skip-existing"}, "--skip-existing"},
     };
     for (const auto& c : cases) {
         const ParsedCommandLine parsed = ParseCommandLine(c.arguments);
@@ -143,9 +197,10 @@ TEST(Options, HelpNamesEveryOptionInShortLines)
 {
     const std::string sHelp = HelpText();
     for (const char* szOption :
-         {"-o, --output", "--format", "--depth", "--curve", "--exposure", "--gamma", "--quality",
-          "--compression", "--save-curve", "--shutter", "--aperture", "--work-dir", "--keep-work",
-          "-f, --force", "--quiet", "--verbose", "-h, --help", "-V, --version"})
+         {"-o, --output",    "--format",      "--depth",      "--curve",    "--exposure",   "--gamma",
+          "--quality",       "--compression", "--save-curve", "--shutter",  "--aperture",   "--group",
+          "--list",          "--gap",         "--series",     "--work-dir", "--keep-work",  "-f, --force",
+          "--skip-existing", "--quiet",       "--verbose",    "-h, --help", "-V, --version"})
         EXPECT_NE(std::string::npos, sHelp.find(szOption)) << szOption;
     std::size_t nStart = 0;
     for (std::size_t nEnd = 0; (nEnd = sHelp.find('\n', nStart)) != std::string::npos; nStart = nEnd + 1)

@@ -36,6 +36,13 @@ void WritePhotograph(const std::string& sPath, const Photograph& photograph)
 
     Exiv2::ExifData tags;
     tags["Exif.Image.Make"] = "Lumistrand";
+    tags["Exif.Image.Model"] = photograph.camera;
+    if (photograph.taken) {
+        const std::size_t nPoint = photograph.taken->find('.');
+        tags["Exif.Photo.DateTimeOriginal"] = photograph.taken->substr(0, nPoint);
+        if (nPoint != std::string::npos)
+            tags["Exif.Photo.SubSecTimeOriginal"] = photograph.taken->substr(nPoint + 1);
+    }
     const auto set = [&tags](const char* szKey, const std::optional<std::string>& value) {
         if (!value)
             return;

@@ -13,6 +13,8 @@ struct Photograph {
     std::optional<std::string> fNumber = "8/1";
     int width = 32;
     int height = 24;
+    std::optional<std::string> taken = std::nullopt; ///< "2009:03:07 14:05:03", or with a fraction behind "."
+    std::string camera = "One";
 };
 
 void WritePhotograph(const std::string& sPath, const Photograph& photograph);

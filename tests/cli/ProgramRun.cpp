@@ -38,11 +38,12 @@ void RedirectTo(const std::string& sPath, int nDescriptor)
         const rlimit limit{nLimit, nLimit};
         setrlimit(RLIMIT_FSIZE, &limit);
     }
-    std::vector<char*> vszArguments{const_cast<char*>(LS_CLI_PROGRAM)};
+    const char* const szProgram = options.program.empty() ? LS_CLI_PROGRAM : options.program.c_str();
+    std::vector<char*> vszArguments{const_cast<char*>(szProgram)};
     for (const std::string& sArgument : vsArguments)
         vszArguments.push_back(const_cast<char*>(sArgument.c_str()));
     vszArguments.push_back(nullptr);
-    execv(LS_CLI_PROGRAM, vszArguments.data());
+    execv(szProgram, vszArguments.data());
     _exit(126);
 }
 

@@ -13,6 +13,7 @@ struct ProgramRun {
 };
 
 struct RunOptions {
+    std::string program;                  ///< another one than the headless program, by its path
     std::string folder;                   ///< working directory; empty for this process's
     std::vector<std::string> environment; ///< NAME=VALUE, added to this process's
     double interruptAfter = -1;           ///< seconds until an interrupt is sent; negative for none

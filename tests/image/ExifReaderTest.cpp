@@ -1,4 +1,4 @@
-// Exposure values out of photographs, whole and damaged ones.
+// Exposure values, times and cameras out of photographs, whole and damaged ones.
 #include "image/ExifReader.h"
 
 #include "tests/image/Pictures.h"
@@ -129,6 +129,48 @@ TEST(ExifReader, ReadsTiffAsWell)
     EXPECT_EQ(ALL_VALUES, Read(folder.File("photo.jpg")).values);
 }
 
+TEST(ShotReader, TimeCameraAndSize)
+{
+    using std::chrono::microseconds;
+    constexpr microseconds ORIGINAL{1236434703'250'000}, DIGITIZED{1236434710'000'000},
+        CHANGED{1236434720'000'000};
+    const std::pair<const char*, const char*> original{"Exif.Photo.DateTimeOriginal", "2009:03:07 14:05:03"},
+        fraction{"Exif.Photo.SubSecTimeOriginal", "25"},
+        digitized{"Exif.Photo.DateTimeDigitized", "2009:03:07 14:05:10"},
+        changed{"Exif.Image.DateTime", "2009:03:07 14:05:20"},
+        unset{"Exif.Photo.DateTimeOriginal", "0000:00:00 00:00:00"}, make{"Exif.Image.Make", "Maker"},
+        model{"Exif.Image.Model", "M1"}, serial{"Exif.Photo.BodySerialNumber", "123"};
+    const struct {
+        const char* szName;
+        Tags tags;
+        std::optional<microseconds> taken;
+        const char* szCamera;
+    } cases[] = {
+        {"all", {original, fraction, digitized, changed, make, model, serial}, ORIGINAL, "Maker\nM1\n123\n"},
+        {"a fraction of another time", {digitized, fraction}, DIGITIZED, "\n\n\n"},
+        {"a clock never set", {unset, fraction, digitized, changed}, DIGITIZED, "\n\n\n"},
+        {"changed only", {changed, model}, CHANGED, "\nM1\n\n"},
+        {"no time", {make}, std::nullopt, "Maker\n\n\n"},
+    };
+    const TempFolder folder;
+    for (const wxBitmapType type : {wxBITMAP_TYPE_JPEG, wxBITMAP_TYPE_TIFF})
+        for (const auto& c : cases) {
+            SCOPED_TRACE(c.szName);
+            WritePhotograph(folder.File("photo"), c.tags, type);
+            ShotValues shot;
+            std::string sReason;
+            ASSERT_EQ(ExifOutcome::Read, ReadShot(folder.File("photo"), shot, &sReason)) << sReason;
+            EXPECT_EQ(c.taken, shot.taken);
+            EXPECT_EQ(c.szCamera, shot.sCamera);
+            EXPECT_EQ(16, shot.width);
+            EXPECT_EQ(16, shot.height);
+        }
+    ShotValues shot;
+    shot.width = 7;
+    EXPECT_EQ(ExifOutcome::Failed, ReadShot(folder.File("missing"), shot));
+    EXPECT_EQ(0, shot.width);
+}
+
 TEST(ExifReader, NoExifChangesNothing)
 {
     const ExposureValues start = {7, 5, 0.25F, 2.0F, 1.0F};
@@ -243,6 +285,8 @@ TEST(ExifReader, SurvivesEveryDamagedByte)
             damaged[i] = static_cast<unsigned char>(nValue);
             LS::Tests::WriteElements(folder.File("damaged"), damaged);
             ExpectSound(Read(folder.File("damaged")));
+            ShotValues shot;
+            ReadShot(folder.File("damaged"), shot);
         }
 }
 

@@ -1,0 +1,47 @@
+// Moments as cameras write them.
+#include "image/ExifTime.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+
+using namespace std::string_view_literals;
+
+TEST(ExifTime, Moments)
+{
+    constexpr std::int64_t START = 1236434703; // 2009-03-07 14:05:03, as date -u tells it
+    const struct {
+        std::string_view sDate;
+        std::string_view sFraction;
+        std::int64_t nMicroseconds;
+    } cases[] = {
+        {"2009:03:07 14:05:03", "", START * 1'000'000},
+        {"2009:03:07 14:05:03", "5", START * 1'000'000 + 500'000},
+        {"2009:03:07 14:05:03", "05", START * 1'000'000 + 50'000},
+        {"2009:03:07 14:05:03", "123456789", START * 1'000'000 + 123'456},
+        {"2009:03:07 14:05:03", "  ", START * 1'000'000},
+        {"2009:03:07 14:05:03", "70  ", START * 1'000'000 + 700'000},
+        {"2009:03:07 14:05:03", "-5", START * 1'000'000},
+        {"2009:03:07 14:05:03\0\0"sv, "7\0"sv, START * 1'000'000 + 700'000},
+        {"2009:03:07 14:05:03  ", "", START * 1'000'000},
+        {"1970:01:01 00:00:00", "", 0},
+        {"2008:02:29 00:00:00", "", 1204243200LL * 1'000'000},
+        {"2008:12:31 23:59:60", "", 1230768000LL * 1'000'000},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.sDate) + "." + std::string(c.sFraction));
+        const auto taken = ParseExifTime(c.sDate, c.sFraction);
+        ASSERT_TRUE(taken);
+        EXPECT_EQ(c.nMicroseconds, taken->count());
+    }
+}
+
+TEST(ExifTime, NoMoments)
+{
+    for (const std::string_view sDate :
+         {""sv, "                   "sv, "0000:00:00 00:00:00"sv, "    :  :     :  :  "sv,
+          "2009:13:07 14:05:03"sv, "2009:02:29 14:05:03"sv, "2009:03:07 24:00:00"sv, "2009:03:07 14:60:03"sv,
+          "2009:03:07 14:05:61"sv, "2009:03:07"sv, "2009-03-07 14:05:03"sv, "2009:03:07T14:05:03"sv,
+          "2009:03:07 14:05:03+01"sv, "2009:03:07 14:05:-3"sv})
+        EXPECT_FALSE(ParseExifTime(sDate, "")) << sDate;
+}
