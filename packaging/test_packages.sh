@@ -20,6 +20,7 @@ fail() {
 make_base() {
     [ -e "$base" ] && return
     local mirror
+    # shellcheck disable=SC2016 # a format of apt-get
     mirror=$(apt-get indextargets --format '$(SITE)' 'Created-By: Packages' | head -n 1)
     say "a bare Debian from $mirror"
     mkdir -p "$work"
@@ -84,8 +85,14 @@ test_window() {
     fi
     say "window, as a user"
     quietly inside apt-get install -y --no-install-recommends xvfb xauth xdotool openbox
-    cp "$source/packaging/run_window.sh" "$root/tmp/"
-    quietly as_user xvfb-run -a sh /tmp/run_window.sh /usr/bin/lumistrand
+    cat >"$root/tmp/run_window.sh" <<'END'
+openbox &
+timeout 60 lumistrand /home/tester/photos/*.jpg &
+program=$!
+timeout 30 xdotool search --sync --onlyvisible --name 'Create HDR Image' windowactivate --sync key ctrl+q || exit
+wait $program
+END
+    quietly as_user xvfb-run -a sh /tmp/run_window.sh
     [ -e "$root/home/tester/.local/share/lumistrand/HDRLog.log" ] || fail "no log in the user's folder"
     [ -z "$(inside find /usr/lib/lumistrand -newer /tmp/run_window.sh)" ] || fail "files of the package were changed"
 }
