@@ -69,3 +69,23 @@ wxGridCellRenderer* lsGridCellBoolRenderer::Clone() const
 {
     return new lsGridCellBoolRenderer;
 }
+
+void lsGridCellNumberRenderer::Draw(wxGrid& grid, wxGridCellAttr& attr, wxDC& dc, const wxRect& rect, int row,
+                                    int col, bool isSelected)
+{
+    // The base would draw its own text as well.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): only the background is wanted
+    wxGridCellRenderer::Draw(grid, attr, dc, rect, row, col, isSelected);
+    SetTextColoursAndFont(grid, attr, dc, isSelected);
+    int horizontal = wxALIGN_RIGHT;
+    int vertical = wxALIGN_INVALID;
+    attr.GetNonDefaultAlignment(&horizontal, &vertical);
+    wxRect area = rect;
+    grid.DrawTextRectangle(dc, ShownNumber(grid.GetCellValue(row, col), GetPrecision()), area.Inflate(-1),
+                           horizontal, vertical);
+}
+
+wxGridCellRenderer* lsGridCellNumberRenderer::Clone() const
+{
+    return new lsGridCellNumberRenderer(GetWidth(), GetPrecision());
+}

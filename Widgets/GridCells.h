@@ -28,3 +28,14 @@ public:
               bool isSelected) override;
     wxGridCellRenderer* Clone() const override;
 };
+
+/// Draws numbers with a point in every locale, as the cells hold them: the library's own renderer reads and
+/// writes them as the user's locale does, and takes the point for a separator of thousands.
+class lsGridCellNumberRenderer : public wxGridCellFloatRenderer {
+public:
+    using wxGridCellFloatRenderer::wxGridCellFloatRenderer;
+
+    void Draw(wxGrid& grid, wxGridCellAttr& attr, wxDC& dc, const wxRect& rect, int row, int col,
+              bool isSelected) override;
+    wxGridCellRenderer* Clone() const override;
+};

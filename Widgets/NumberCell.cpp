@@ -35,3 +35,9 @@ std::optional<wxString> NumberCellText(const wxString& text, float min, float ma
         return std::nullopt;
     return wxString::FromUTF8(LS::Util::FormatFixed(*value, 4));
 }
+
+wxString ShownNumber(const wxString& text, int nDecimals)
+{
+    const auto value = ReadNumber(text);
+    return value ? wxString::FromUTF8(LS::Util::FormatFixed(*value, nDecimals)) : text;
+}

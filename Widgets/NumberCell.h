@@ -16,3 +16,6 @@ std::optional<double> ReadNumberOrFraction(const wxString& text);
 ///                  a decimal limit such as 0.0005 includes its own text
 /// @return nothing if the text is no number or its value lies outside the limits
 std::optional<wxString> NumberCellText(const wxString& text, float min, float max);
+
+/// How a cell shows its text: a number with this many decimals and a point, anything else as it is.
+wxString ShownNumber(const wxString& text, int nDecimals);

@@ -68,6 +68,7 @@ void SetUpColumns(wxGrid& grid)
         grid.SetColLabelValue(i, columns[static_cast<std::size_t>(i)].label);
         grid.SetColSize(i, columns[static_cast<std::size_t>(i)].nWidth);
     }
+    grid.RegisterDataType(wxGRID_VALUE_FLOAT, new lsGridCellNumberRenderer, new wxGridCellFloatEditor);
     grid.SetColFormatBool(COL_ENABLED);
     grid.SetColFormatFloat(COL_SHUTTER, -1, 4);
     grid.SetColFormatFloat(COL_APERTURE, -1, 1);

@@ -3,11 +3,13 @@
 
 #include "tests/support/CommaLocale.h"
 #include "tests/support/Gui.h"
+#include "tests/support/Screen.h"
 
 #include <gtest/gtest.h>
 #include <wx/combobox.h>
 #include <wx/dcmemory.h>
 #include <wx/frame.h>
+#include <wx/intl.h>
 #include <wx/uiaction.h>
 
 #include <functional>
@@ -137,6 +139,25 @@ TEST_F(GridCells, NumberEditorWithTheKeyboard)
     EXPECT_EQ("0.2500", type("1/4"));
     EXPECT_EQ("0.2500", type("x/4"));
     EXPECT_EQ("2.0000", type("2"));
+}
+
+TEST_F(GridCells, NumbersAreDrawnTheSameInEveryLanguage)
+{
+    m_grid->RegisterDataType(wxGRID_VALUE_FLOAT, new lsGridCellNumberRenderer, new wxGridCellFloatEditor);
+    m_grid->SetColFormatFloat(1, -1, 4);
+    m_grid->SetCellValue(0, 1, "0.001000");
+    const auto drawn = [this] {
+        m_grid->ForceRefresh();
+        Pump();
+        return Screenshot(*m_grid->GetGridWindow());
+    };
+    const wxImage before = drawn();
+    const CommaLocale comma;
+    ASSERT_TRUE(comma.IsOk());
+    const wxLocale french(wxLANGUAGE_FRENCH_FRANCE, wxLOCALE_DONT_LOAD_DEFAULT);
+    EXPECT_TRUE(SamePixels(before, drawn()));
+    m_grid->SetCellValue(0, 1, "0.002");
+    EXPECT_FALSE(SamePixels(before, drawn()));
 }
 
 TEST_F(GridCells, VetoLeavesTheCell)
