@@ -41,7 +41,7 @@ InstanceProcess StartFirst(const std::string& sState)
 {
     InstanceProcess first({sState});
     EXPECT_EQ("first", first.Line());
-    if (sState != "blocked") {
+    if (sState != "blocked" && sState != "ending") {
         EXPECT_EQ(sState == "iconized" ? "iconized" : "ready", first.Line());
     }
     return first;
@@ -140,6 +140,14 @@ TEST_F(SingleInstance, FirstInstanceThatCannotTakeFilesKeepsThem)
         first.Kill();
         EXPECT_EQ("", first.Rest());
     }
+}
+
+TEST_F(SingleInstance, FirstInstanceThatIsEndingMakesRoom)
+{
+    InstanceProcess ending = StartFirst("ending");
+    InstanceProcess next = StartFirst("idle");
+    EXPECT_EQ("over", StartAgain({"x|/a.jpg"}));
+    EXPECT_EQ("paths /a.jpg", next.Line());
 }
 
 TEST_F(SingleInstance, IconizedFirstInstanceComesBack)
