@@ -22,7 +22,7 @@ namespace {
 /// Many more than ever start at once. Beyond it the oldest one goes, so that silent ones can't lock others
 /// out.
 constexpr std::size_t MAX_CONVERSATIONS = 128;
-constexpr std::size_t READ_BYTES = 64 * 1024;
+constexpr std::size_t READ_BYTES = 1 << 16;
 
 } // namespace
 

@@ -16,7 +16,7 @@ struct IpcMessage {
 
 /// The longest topic and data that are taken. A command-line argument has at most 128 KiB.
 constexpr std::size_t MAX_IPC_TOPIC = 1024;
-constexpr std::size_t MAX_IPC_DATA = 1024 * 1024;
+constexpr std::size_t MAX_IPC_DATA = 1 << 20;
 
 std::string EncodeIpcMessage(const IpcMessage& message);
 

@@ -10,6 +10,7 @@
 #include <wx/log.h>
 #include <wx/msgdlg.h>
 
+#include <optional>
 #include <utility>
 
 namespace {
@@ -46,20 +47,24 @@ void ShowTooBusy()
                  wxGetTranslation("Tolvanic Lumistrand"), wxOK | wxICON_INFORMATION);
 }
 
-void HandOver(const wxArrayString& arguments)
+/// One look at lock and socket. @return what the first instance has, or nothing where another one runs
+std::optional<InstanceCheck> TryToBeFirst(const std::string& sSocket, SecondStartTarget& target)
 {
-    CAppClient client;
-    const std::unique_ptr<wxConnectionBase> connection(
-        client.MakeConnection(IPC_HOST, IPC_SERVICE, IPC_TOPIC));
-    if (!connection) {
-        ShowTooBusy();
-        return;
-    }
+    const StartGuard guard(sSocket.empty() ? sSocket : sSocket + ".start");
+    PrepareInstanceLock();
+    auto checker = LockInstance();
+    if (IsAnotherRunning(*checker, sSocket))
+        return std::nullopt;
+    return BecomeFirst(std::move(checker), target);
+}
+
+void HandOver(wxConnectionBase& connection, const wxArrayString& arguments)
+{
     if (arguments.size() <= 1)
         return;
     const wxLogNull silent;
-    connection->Execute(arguments.Last());
-    connection->Disconnect();
+    connection.Execute(arguments.Last());
+    connection.Disconnect();
 }
 
 } // namespace
@@ -67,12 +72,21 @@ void HandOver(const wxArrayString& arguments)
 InstanceCheck CheckSingleInstance(const wxArrayString& arguments, SecondStartTarget& target)
 {
     const std::string sSocket = InstanceSocketPath(IPC_SERVICE);
-    StartGuard guard(sSocket.empty() ? sSocket : sSocket + ".start");
-    PrepareInstanceLock();
-    auto checker = LockInstance();
-    if (!IsAnotherRunning(*checker, sSocket))
-        return BecomeFirst(std::move(checker), target);
-    guard.Release();
-    HandOver(arguments);
+    std::optional<InstanceCheck> first = TryToBeFirst(sSocket, target);
+    if (first)
+        return std::move(*first);
+
+    CAppClient client;
+    const std::unique_ptr<wxConnectionBase> connection(
+        client.MakeConnection(IPC_HOST, IPC_SERVICE, IPC_TOPIC));
+    if (!connection && !IsListening(sSocket)) // it has ended meanwhile, which makes room for this start
+        first = TryToBeFirst(sSocket, target);
+    if (first)
+        return std::move(*first);
+
+    if (connection)
+        HandOver(*connection, arguments);
+    else
+        ShowTooBusy();
     return {};
 }

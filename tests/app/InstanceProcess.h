@@ -21,6 +21,7 @@ public:
     ~InstanceProcess();
 
     pid_t Id() const { return m_nProcess; }
+    int Output() const { return m_output.Get(); } ///< to wait for what it says
 
     /// The next line that it says; empty after its end, and after some seconds of silence.
     std::string Line();

@@ -1,6 +1,7 @@
 // A program that does nothing but keep itself to one instance, for tests that need several processes.
 // Usage: instance_program STATE [FILE_ARGUMENT]
-// STATE is what the first instance does: idle, iconized, dialog, box, busy, blocked (runs no event loop).
+// STATE is what the first instance does: idle, iconized, dialog, box, busy, blocked (runs no event loop),
+// ending (as blocked, and over after two seconds).
 // Each line of its output is an event: "first", "ready" or "iconized", "front", "paths P|P", "box ...",
 // "over".
 #include "app/FileArgument.h"
@@ -75,6 +76,11 @@ bool InstanceProgram::OnInit()
         return false;
     if (m_state == "blocked") { // with the lock and the socket, but deaf
         wxSleep(3600);
+        return false;
+    }
+    if (m_state == "ending") { // deaf too, and then gone
+        wxSleep(2);
+        m_check.checker.reset();
         return false;
     }
 

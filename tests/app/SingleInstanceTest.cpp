@@ -7,6 +7,7 @@
 #include "tests/app/InstanceProcess.h"
 #include "tests/app/PrivateHome.h"
 #include "tests/support/Gui.h"
+#include "tests/support/ResourceLimit.h"
 
 #include <gtest/gtest.h>
 
@@ -19,6 +20,7 @@
 #include <string>
 #include <vector>
 
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -39,7 +41,7 @@ InstanceProcess StartFirst(const std::string& sState)
 {
     InstanceProcess first({sState});
     EXPECT_EQ("first", first.Line());
-    if (sState != "blocked") {
+    if (sState != "blocked" && sState != "ending") {
         EXPECT_EQ(sState == "iconized" ? "iconized" : "ready", first.Line());
     }
     return first;
@@ -140,6 +142,14 @@ TEST_F(SingleInstance, FirstInstanceThatCannotTakeFilesKeepsThem)
     }
 }
 
+TEST_F(SingleInstance, FirstInstanceThatIsEndingMakesRoom)
+{
+    InstanceProcess ending = StartFirst("ending");
+    InstanceProcess next = StartFirst("idle");
+    EXPECT_EQ("over", StartAgain({"x|/a.jpg"}));
+    EXPECT_EQ("paths /a.jpg", next.Line());
+}
+
 TEST_F(SingleInstance, IconizedFirstInstanceComesBack)
 {
     if (!HasWindowManager())
@@ -220,9 +230,12 @@ TEST_F(SingleInstance, StrangeBytesHarmNobody)
 
 TEST_F(SingleInstance, SilentConnectionsLockNobodyOut)
 {
-    InstanceProcess first = StartFirst("idle");
+    InstanceProcess first = [] {
+        const ResourceLimit few(RLIMIT_NOFILE, 250);
+        return StartFirst("idle");
+    }();
     std::vector<FileDescriptor> vOpen;
-    for (int n = 0; n < 300; ++n)
+    for (int n = 0; n < 400; ++n)
         vOpen.push_back(ConnectLocal(SocketPath(), Soon()));
     EXPECT_EQ("over", StartAgain({"x|/good.jpg"}));
     EXPECT_EQ("paths /good.jpg", first.Line());
@@ -342,9 +355,16 @@ TEST_F(SingleInstance, NoPlaceForTheSocketEndsTheStart)
     EXPECT_EQ("over", StartAgain());
 }
 
-TEST_F(SingleInstance, StartThatHangsHoldsUpNobodyForLong)
+TEST_F(SingleInstance, OneStartAtATimeLooksAtTheLock)
 {
-    const StartGuard hanging(SocketPath() + ".start");
-    ASSERT_TRUE(hanging.IsHeld());
-    EXPECT_FALSE(StartGuard(SocketPath() + ".start", 20ms).IsHeld());
+    const std::string sGuard = SocketPath() + ".start";
+    StartGuard guard(sGuard);
+    ASSERT_TRUE(guard.IsHeld());
+    EXPECT_FALSE(StartGuard(sGuard, 20ms).IsHeld()); // so that a start that hangs holds up nobody for ever
+
+    InstanceProcess waiting({"idle"});
+    pollfd poller{waiting.Output(), POLLIN, 0};
+    EXPECT_EQ(0, poll(&poller, 1, 1000));
+    guard.Release();
+    EXPECT_EQ("first", waiting.Line());
 }
