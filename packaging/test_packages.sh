@@ -90,7 +90,10 @@ test_window() {
 openbox &
 timeout 60 lumistrand /home/tester/photos/*.jpg &
 program=$!
-timeout 30 xdotool search --sync --onlyvisible --name 'Create HDR Image' windowactivate --sync key ctrl+q || exit
+until window=$(xdotool search --onlyvisible --name 'Create HDR Image'); do
+    kill -0 $program && sleep 0.5 || exit
+done
+xdotool windowactivate --sync "$window" key ctrl+q
 wait $program
 END
     quietly as_user xvfb-run -a sh /tmp/run_window.sh
