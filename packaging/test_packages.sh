@@ -29,11 +29,12 @@ make_base() {
     mv "$base.new" "$base"
 }
 
-# inside COMMAND...: as root in a copy of the bare root, with its own view of processes, which end with it.
+# inside COMMAND...: as root in a copy of the bare root, with its own view of processes, which end with it. The
+# command isn't their first one, since an X server doesn't tell that process when it is ready.
 inside() {
     # shellcheck disable=SC2016 # the inner shell expands them
     unshare --mount --pid --fork --kill-child sh -c \
-        'root=$1; shift; mount -t proc proc "$root/proc"; exec chroot "$root" "$@"' sh "$root" \
+        'root=$1; shift; mount -t proc proc "$root/proc"; chroot "$root" "$@"; exit $?' sh "$root" \
         env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin DEBIAN_FRONTEND=noninteractive LANG=C.UTF-8 "$@"
 }
 
@@ -89,7 +90,10 @@ test_window() {
 openbox &
 timeout 60 lumistrand /home/tester/photos/*.jpg &
 program=$!
-timeout 30 xdotool search --sync --onlyvisible --name 'Create HDR Image' windowactivate --sync key ctrl+q || exit
+until window=$(xdotool search --onlyvisible --name 'Create HDR Image'); do
+    kill -0 $program && sleep 0.5 || exit
+done
+xdotool windowactivate --sync "$window" key ctrl+q
 wait $program
 END
     quietly as_user xvfb-run -a sh /tmp/run_window.sh

@@ -26,6 +26,19 @@ TEST(CacheFolder, DeletesWhatEndsInTmp)
     EXPECT_FALSE(DeleteCacheFiles(sFolder));
 }
 
+TEST(CacheFolder, EmptyingTakesEveryFile)
+{
+    ASSERT_TRUE(CreateCacheFolder());
+    const std::string sFolder = LS::Util::NarrowPath(CacheFolder());
+    for (const char* szName : {"a.JPG.tmp", "no ending", ".hidden", "b.txt"})
+        WriteText(sFolder + szName, "x");
+    std::filesystem::create_directory(sFolder + "folder");
+    EmptyCacheFolder();
+    EXPECT_TRUE(std::filesystem::exists(sFolder + "folder"));
+    std::filesystem::remove(sFolder + "folder");
+    EXPECT_TRUE(std::filesystem::is_empty(sFolder));
+}
+
 TEST(CacheFolder, RefusesNoFolder)
 {
     const TempFolder folder;
