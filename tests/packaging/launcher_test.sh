@@ -48,6 +48,7 @@ expect_refusal() {
 launcher=$root/opt/bin/lumistrand
 own=$root/home/.local/share/lumistrand
 expect 'no files' "$own/lumistrand-hdr" "$launcher"
+[ -d "$own/curve" ] || fail 'no files: there is no folder for curves'
 expect 'relative and absolute paths' "$own/lumistrand-hdr <open|$root/photos/a b/1.jpg|/x/2.jpg>" \
     "$launcher" 'a b/1.jpg' /x/2.jpg
 expect 'dots, and a name that begins with a dash' "$own/lumistrand-hdr <open|$root/1.jpg|$root/photos/-2.jpg>" \
