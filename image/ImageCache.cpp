@@ -68,12 +68,6 @@ std::uint32_t Cost(const ImageCacheEntry& entry)
     return Cost(entry.image) + Cost(entry.thumbnail);
 }
 
-/// The image library's copies share their pixels, so nothing is copied here.
-std::unique_ptr<wxImage> Owned(const wxImage& image)
-{
-    return image.IsOk() ? std::make_unique<wxImage>(image) : nullptr;
-}
-
 void TellFailure(const wxString& path, const DecodedImage& decoded)
 {
     LS::Util::LogFailure("decoding a photograph", LS::Util::NarrowPath(path.ToStdWstring()), decoded.sReason);
@@ -83,7 +77,8 @@ void TellFailure(const wxString& path, const DecodedImage& decoded)
         Tell(wxGetTranslation("#0001002 Failed to open file. Can not find the file."));
 }
 
-std::unique_ptr<wxImage> ReadThumbnailImage(ImageCacheEntry& entry, const wxString& path)
+/// Invalid if there is no usable one.
+wxImage ReadThumbnailImage(ImageCacheEntry& entry, const wxString& path)
 {
     std::string sReason;
     wxImage image;
@@ -96,9 +91,9 @@ std::unique_ptr<wxImage> ReadThumbnailImage(ImageCacheEntry& entry, const wxStri
     if (!sReason.empty())
         LS::Util::LogFailure("reading a thumbnail", LS::Util::NarrowPath(path.ToStdWstring()), sReason);
     if (!image.IsOk())
-        return nullptr;
+        return image;
     const wxSize size = ReducedSize(image.GetSize());
-    return Owned(size == image.GetSize() ? image : image.Scale(size.x, size.y));
+    return size == image.GetSize() ? image : image.Scale(size.x, size.y);
 }
 
 } // namespace
@@ -141,8 +136,11 @@ wxImage* ImageCache::Thumbnail(Entries::iterator found, const wxString& path)
     if (found == entries.end())
         found = entries.insert(found, std::make_unique<ImageCacheEntry>(path));
     ImageCacheEntry& entry = **found;
-    if (!entry.thumbnail)
-        entry.thumbnail = ReadThumbnailImage(entry, path);
+    if (!entry.thumbnail) {
+        const wxImage thumbnail = ReadThumbnailImage(entry, path);
+        if (thumbnail.IsOk())
+            entry.thumbnail = std::make_unique<wxImage>(thumbnail);
+    }
     return entry.thumbnail.get();
 }
 
@@ -160,7 +158,7 @@ wxImage* ImageCache::FullImage(Entries::iterator found, const wxString& path)
         found = entries.insert(found, std::make_unique<ImageCacheEntry>(path));
         wxLogTrace(TRACE, "%s has loaded!", path);
     }
-    (*found)->image = Owned(decoded.image);
+    (*found)->image = std::make_unique<wxImage>(decoded.image); // copies of the library share their pixels
     return Use(**found);
 }
 

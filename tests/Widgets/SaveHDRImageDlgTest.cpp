@@ -265,7 +265,7 @@ TEST_F(SaveDialog, RefusesWhatIsNoName)
 TEST_F(SaveDialog, ExcludedCharactersCantBeTyped)
 {
     Dialog dialog;
-    const auto passes = [&dialog](wxChar cTyped) {
+    const auto passes = [&dialog](unsigned char cTyped) {
         wxKeyEvent event(wxEVT_CHAR);
         event.m_uniChar = cTyped;
         event.m_keyCode = cTyped;
@@ -273,9 +273,9 @@ TEST_F(SaveDialog, ExcludedCharactersCantBeTyped)
         dialog.Name().ProcessWindowEvent(event);
         return event.GetSkipped();
     };
-    for (const char cTyped : std::string("*?\\/:\"<>|"))
+    for (const unsigned char cTyped : std::string("*?\\/:\"<>|"))
         EXPECT_FALSE(passes(cTyped)) << cTyped;
-    for (const char cTyped : std::string("aZ0.- _%"))
+    for (const unsigned char cTyped : std::string("aZ0.- _%"))
         EXPECT_TRUE(passes(cTyped)) << cTyped;
 }
 
