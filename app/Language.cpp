@@ -59,7 +59,7 @@ LanguageMap FindLanguages(const std::wstring& sProgramFolder)
     if (!wxDirExists(folder))
         return languages;
     for (const LanguageRow& row : LanguageRows())
-        if (LibraryLanguage(row) && wxFileExists(CatalogueFile(folder, row.szCanonical)))
+        if (wxFileExists(CatalogueFile(folder, row.szCanonical)) && LibraryLanguage(row))
             languages[row.szDescription] = row.nNumber;
     return languages;
 }

@@ -66,6 +66,7 @@ TEST(IpcWire, Messages)
 
 TEST(IpcWire, TextOfData)
 {
+    using namespace std::string_literals;
     const auto Wide = [](const std::wstring& sText) {
         return std::string(reinterpret_cast<const char*>(sText.data()), sText.size() * sizeof(wchar_t));
     };
@@ -75,13 +76,13 @@ TEST(IpcWire, TextOfData)
         int format;
         const wchar_t* text; ///< null: none
     } cases[] = {
-        {"with its NUL", std::string("x|\xc3\xa9", 5), wxIPC_UTF8TEXT, L"x|\u00e9"},
+        {"with its NUL", "x|\xc3\xa9\0"s, wxIPC_UTF8TEXT, L"x|\u00e9"},
         {"without", "x|\xc3\xa9", wxIPC_UTF8TEXT, L"x|\u00e9"},
         {"plain text", "x|\xc3\xa9", wxIPC_TEXT, L"x|\u00e9"},
         {"empty", "", wxIPC_UTF8TEXT, L""},
         {"a NUL alone", std::string(1, '\0'), wxIPC_UTF8TEXT, L""},
         {"no UTF-8", "\xff\xfe", wxIPC_UTF8TEXT, L""},
-        {"wide with its NUL", Wide(std::wstring(L"\u5c71|", 3)), wxIPC_UNICODETEXT, L"\u5c71|"},
+        {"wide with its NUL", Wide(L"\u5c71|\0"s), wxIPC_UNICODETEXT, L"\u5c71|"},
         {"wide without", Wide(L"\u5c71|"), wxIPC_UNICODETEXT, L"\u5c71|"},
         {"half a wide character", "x|abc", wxIPC_UNICODETEXT, nullptr},
         {"two bytes a character", "x|ab", wxIPC_UTF16TEXT, nullptr},

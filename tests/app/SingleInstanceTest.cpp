@@ -163,6 +163,7 @@ TEST_F(SingleInstance, IconizedFirstInstanceComesBack)
 TEST_F(SingleInstance, FiftyStartsAtOnceLeaveOne)
 {
     std::vector<InstanceProcess> vStarts;
+    vStarts.reserve(50);
     for (int n = 0; n < 50; ++n)
         vStarts.emplace_back(std::vector<std::string>{"idle"});
     int nFirst = 0;
@@ -235,6 +236,7 @@ TEST_F(SingleInstance, SilentConnectionsLockNobodyOut)
         return StartFirst("idle");
     }();
     std::vector<FileDescriptor> vOpen;
+    vOpen.reserve(400);
     for (int n = 0; n < 400; ++n)
         vOpen.push_back(ConnectLocal(SocketPath(), Soon()));
     EXPECT_EQ("over", StartAgain({"x|/good.jpg"}));
