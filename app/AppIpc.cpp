@@ -97,7 +97,7 @@ void CAppConnection::Attach(FileDescriptor socket, std::chrono::milliseconds wai
 
 bool CAppConnection::OnExecute(const wxString&, const void* data, size_t size, wxIPCFormat format)
 {
-    auto* frame = wxDynamicCast(wxTheApp->GetTopWindow(), wxFrame);
+    auto* frame = dynamic_cast<wxFrame*>(wxTheApp->GetTopWindow());
     const std::optional<wxString> text = TextOfIpcData(data, size, format);
     if (!frame || !text || !m_server || !m_server->IsReady())
         return true;

@@ -255,8 +255,10 @@ std::span<const LanguageRow> LanguageRows()
 
 const LanguageRow* FindLanguageRow(std::int32_t nNumber)
 {
-    const std::int32_t nIndex = nNumber - ROWS[0].nNumber;
-    return nIndex >= 0 && nIndex < static_cast<std::int32_t>(std::size(ROWS)) ? &ROWS[nIndex] : nullptr;
+    const std::int32_t nFirst = ROWS[0].nNumber;
+    if (nNumber < nFirst || nNumber - nFirst >= static_cast<std::int32_t>(std::size(ROWS)))
+        return nullptr;
+    return &ROWS[nNumber - nFirst];
 }
 
 const wxLanguageInfo* LibraryLanguage(const LanguageRow& row)

@@ -19,7 +19,7 @@ void ModalDialogs::Exit(wxDialog* dialog)
 bool ModalDialogs::IsAnyUp() const
 {
     const auto IsModalDialog = [](wxWindow* window) {
-        const auto* dialog = wxDynamicCast(window, wxDialog);
+        const auto* dialog = dynamic_cast<wxDialog*>(window);
         return dialog && dialog->IsModal();
     };
     return std::ranges::any_of(m_vDialogs, [](const auto& known) { return known.get() != nullptr; }) ||
