@@ -13,6 +13,9 @@ LINT_PACKAGES="clang-format clang-tidy shellcheck desktop-file-utils appstream m
 # Precompiled headers are only cached if ccache may trust them.
 export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
 
+# Another clone of these sources finds what this one compiled.
+export CCACHE_BASEDIR=$ROOT
+
 say() { printf '%s\n' "$*" >&2; }
 
 die() {
