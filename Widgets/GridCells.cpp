@@ -29,6 +29,28 @@ wxGridCellNumChoiceEditor::wxGridCellNumChoiceEditor(int count, const wxString c
 {
 }
 
+void wxGridCellNumChoiceEditor::BeginEdit(int row, int col, wxGrid* grid)
+{
+    wxGridCellChoiceEditor::BeginEdit(row, col, grid);
+    ShowOnlyOwnValue();
+}
+
+void wxGridCellNumChoiceEditor::Reset()
+{
+    wxGridCellChoiceEditor::Reset();
+    ShowOnlyOwnValue();
+}
+
+/// For a value that the list lacks the base shows the first entry, and a cell that was only looked at would
+/// take it.
+void wxGridCellNumChoiceEditor::ShowOnlyOwnValue()
+{
+    if (Combo()->GetValue() == m_value)
+        return;
+    Combo()->SetSelection(wxNOT_FOUND);
+    Combo()->wxTextEntry::ChangeValue(wxEmptyString); // GTK leaves the text, and its own call refuses
+}
+
 bool wxGridCellNumChoiceEditor::EndEdit(int, int, const wxGrid*, const wxString& oldval, wxString* newval)
 {
     const wxString typed = Combo()->GetValue();

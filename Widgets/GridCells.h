@@ -13,10 +13,14 @@ public:
     wxGridCellNumChoiceEditor(int count, const wxString choices[], float a, float b, bool allowOthers);
     wxGridCellNumChoiceEditor(const wxGridCellNumChoiceEditor& other) = default;
 
+    void BeginEdit(int row, int col, wxGrid* grid) override;
+    void Reset() override;
     bool EndEdit(int row, int col, const wxGrid* grid, const wxString& oldval, wxString* newval) override;
     wxGridCellEditor* Clone() const override;
 
 private:
+    void ShowOnlyOwnValue();
+
     float m_max;
     float m_min;
 };

@@ -7,7 +7,7 @@ BUILD_PACKAGES="g++ cmake ninja-build ccache pkg-config libwxgtk3.2-dev libopene
     libtiff-dev libtinyxml-dev libopenblas-dev gettext"
 RUN_PACKAGES="fonts-dejavu-core adwaita-icon-theme librsvg2-common"
 TEST_PACKAGES="libgtest-dev libgmock-dev libbenchmark-dev libjpeg-dev xvfb xauth openbox xdotool locales
-    parallel dpkg-dev file"
+    parallel dpkg-dev file libxml2-utils"
 LINT_PACKAGES="clang-format clang-tidy shellcheck desktop-file-utils appstream man-db"
 
 # Precompiled headers are only cached if ccache may trust them.

@@ -118,6 +118,18 @@ TEST_F(GridCells, NumberEditorAsksNoLocale)
     EditAndExpect();
 }
 
+TEST_F(GridCells, ACellThatWasOnlyLookedAtKeepsItsValue)
+{
+    for (const int row : {0, 1}) { // with free text, and with the list alone
+        m_grid->SetCellValue(row, 1, "0.016667");
+        Edit(row, [](const wxComboBox&) {});
+        EXPECT_EQ("0.016667", m_grid->GetCellValue(row, 1));
+        EXPECT_EQ("", m_events);
+        Edit(row, [](wxComboBox& box) { box.SetSelection(0); });
+        EXPECT_EQ("0.0005", m_grid->GetCellValue(row, 1)) << "the first entry can be picked all the same";
+    }
+}
+
 TEST_F(GridCells, NumberEditorWithTheKeyboard)
 {
     m_grid->SetFocus();
