@@ -134,6 +134,8 @@ void LumiStrandHDRApp::Abandon()
 
 void LumiStrandHDRApp::StartLog()
 {
+    // The library owns its targets.
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
     m_previousLog = wxLog::SetActiveTarget(new wxLogStderr);
     wxLog::SetTimestamp("%m/%d/%Y %H:%M:%S");
     m_logStream = OpenLogFile();

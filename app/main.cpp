@@ -3,6 +3,7 @@
 
 #include "Util/Paths.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -14,12 +15,12 @@ int main(int argc, char** argv)
 {
     wxDISABLE_DEBUG_SUPPORT();
     // The arguments are paths: the library would read them by the locale, which may know no such letters.
-    std::vector<std::wstring> vsArguments;
-    for (int i = 0; i < argc; ++i)
-        vsArguments.push_back(LS::Util::WidePath(argv[i]));
-    std::vector<wchar_t*> vszArguments;
-    for (std::wstring& sArgument : vsArguments)
-        vszArguments.push_back(sArgument.data());
-    vszArguments.push_back(nullptr);
+    const auto nArguments = static_cast<std::size_t>(argc);
+    std::vector<std::wstring> vsArguments(nArguments);
+    std::vector<wchar_t*> vszArguments(nArguments + 1); // the last one stays null
+    for (std::size_t i = 0; i < nArguments; ++i) {
+        vsArguments[i] = LS::Util::WidePath(argv[i]);
+        vszArguments[i] = vsArguments[i].data();
+    }
     return wxEntry(argc, vszArguments.data());
 }
