@@ -5,6 +5,7 @@ namespace LS::Util {
 
 /// Instruction sets that kernels are written for, each with all that those before it have.
 enum class InstructionSet {
+    Plain,    ///< no kernels at all where a plain twin exists: only as a limit, for comparisons
     Baseline, ///< what every processor of this platform has: SSE2
     Avx2      ///< AVX2 and F16C; never fused multiply-add, since results keep their bits
 };

@@ -51,6 +51,12 @@ std::unique_ptr<BytePlanes> TMOContext::Run(ProgbarSetter* pProgress)
     ToRGB();
     if (!goOn(60))
         return nullptr;
+    const DisplayBytes displayBytes(fGamma);
+    return displayBytes.HasTable() ? ToBytesAtOnce(displayBytes, goOn) : ToBytesByStages(goOn);
+}
+
+std::unique_ptr<BytePlanes> TMOContext::ToBytesByStages(const GoOn& goOn)
+{
     Gamma();
     if (!goOn(75))
         return nullptr;
@@ -59,6 +65,20 @@ std::unique_ptr<BytePlanes> TMOContext::Run(ProgbarSetter* pProgress)
         return nullptr;
     auto pPlanes = ToBytes();
     return goOn(100) ? std::move(pPlanes) : nullptr;
+}
+
+std::unique_ptr<BytePlanes> TMOContext::ToBytesAtOnce(const DisplayBytes& displayBytes, const GoOn& goOn)
+{
+    // A plane takes the place of a stage, so that the positions stay.
+    constexpr std::int32_t PERCENT_AFTER[] = {75, 90, 100};
+    auto pPlanes = std::make_unique<BytePlanes>();
+    for (std::size_t c = 0; c < pPlanes->size(); ++c) {
+        (*pPlanes)[c] = std::make_unique_for_overwrite<unsigned char[]>(pImage->Pixels());
+        displayBytes.Convert(Plane(c), (*pPlanes)[c].get());
+        if (!goOn(PERCENT_AFTER[c]))
+            return nullptr;
+    }
+    return pPlanes;
 }
 
 void TMOContext::Statistics(float* pfMax, float* pfLogAverage)

@@ -4,9 +4,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 
+class DisplayBytes;
 class ProgbarSetter;
 
 /// A float image in planes.
@@ -63,7 +65,11 @@ struct TMOContext {
     float fBias;
 
 private:
+    using GoOn = std::function<bool(std::int32_t nPercent)>; ///< reports a position; false ends the work
+
     bool HasPlanes() const;
+    std::unique_ptr<BytePlanes> ToBytesByStages(const GoOn& goOn);
+    std::unique_ptr<BytePlanes> ToBytesAtOnce(const DisplayBytes& displayBytes, const GoOn& goOn);
     bool Compress(float fMax, float fLogAverage, ProgbarSetter* pProgress);
     std::span<float> Plane(std::size_t nChannel) const;
 };
