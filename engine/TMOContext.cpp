@@ -20,9 +20,12 @@ HDRImage::HDRImage(std::int32_t nImageWidth, std::int32_t nImageHeight)
 
 void HDRImage::Split(const float* pfPixels, std::size_t nPixels, std::size_t nFirst)
 {
-    for (std::size_t i = nFirst; i < nFirst + nPixels; ++i)
-        for (const auto& pfPlane : ppfPlanes)
-            pfPlane[i] = *pfPixels++;
+    float *pfRed = ppfPlanes[0].get(), *pfGreen = ppfPlanes[1].get(), *pfBlue = ppfPlanes[2].get();
+    for (std::size_t i = nFirst; i < nFirst + nPixels; ++i, pfPixels += 3) {
+        pfRed[i] = pfPixels[0];
+        pfGreen[i] = pfPixels[1];
+        pfBlue[i] = pfPixels[2];
+    }
 }
 
 TMOContext::TMOContext(HDRImage* pSource, float fStops, float fDisplayGamma, float fToneBias)

@@ -13,15 +13,17 @@ public:
     /// See ToneKernels::CompressBand.
     static std::size_t Run(float* pfBand, std::size_t nWidth, const ToneCurve& curve)
     {
-        constexpr std::size_t STEP = COUNT * TONE_BLOCK;
         const std::size_t nWhole = nWidth - nWidth % STEP;
-        for (std::size_t x = 0; x < nWhole; x += STEP)
-            CompressBlocks(pfBand + x, nWidth, curve);
+        for (std::size_t nFirst = 0; nFirst < nWhole; nFirst += STRIP)
+            CompressStrip(pfBand + nFirst, nWidth, nWhole - nFirst < STRIP ? nWhole - nFirst : STRIP, curve);
         return nWhole;
     }
 
 private:
     using Doubles = typename L::Doubles;
+
+    static constexpr std::size_t STEP = COUNT * TONE_BLOCK; ///< columns of as many blocks as there are lanes
+    static constexpr std::size_t STRIP = 32 * STEP;
 
     /// What the pixels of a block share.
     struct Shared {
@@ -29,21 +31,25 @@ private:
         Floats fLog; ///< the bias term where the block is smooth
     };
 
-    LS_LANES static void CompressBlocks(float* pfFirst, std::size_t nStride, const ToneCurve& curve)
+    /// Two passes, so that the long calculation for some blocks and that for others' pixels don't wait for
+    /// each other.
+    LS_LANES static void CompressStrip(float* pfFirst, std::size_t nStride, std::size_t nColumns,
+                                       const ToneCurve& curve)
     {
-        Triple rows[TONE_BLOCK];
-        for (std::size_t y = 0; y < TONE_BLOCK; ++y) {
-            const Triple t = LoadTriple(pfFirst + y * nStride);
-            rows[y] = {Normalised(t.a, curve), Normalised(t.b, curve), Normalised(t.c, curve)};
-        }
-        const Shared shared = SharedByBlocks(rows, curve);
-        // Lanes of blocks 0 to 3, spread to the columns that they cover.
-        const Shared columns[] = {Spread<0, 0, 0, 1>(shared), Spread<1, 1, 2, 2>(shared),
-                                  Spread<2, 3, 3, 3>(shared)};
-        for (std::size_t y = 0; y < TONE_BLOCK; ++y) {
-            Store(pfFirst + y * nStride, Compressed(rows[y].a, columns[0], curve));
-            Store(pfFirst + y * nStride + COUNT, Compressed(rows[y].b, columns[1], curve));
-            Store(pfFirst + y * nStride + 2 * COUNT, Compressed(rows[y].c, columns[2], curve));
+        Shared blocks[STRIP / STEP];
+        for (std::size_t x = 0; x < nColumns; x += STEP)
+            blocks[x / STEP] = Normalise(pfFirst + x, nStride, curve);
+        for (std::size_t x = 0; x < nColumns; x += STEP) {
+            // Lanes of blocks 0 to 3, spread to the columns that they cover.
+            const Shared& shared = blocks[x / STEP];
+            const Shared first = Spread<0, 0, 0, 1>(shared), second = Spread<1, 1, 2, 2>(shared),
+                         third = Spread<2, 3, 3, 3>(shared);
+            for (std::size_t y = 0; y < TONE_BLOCK; ++y) {
+                float* pfRow = pfFirst + y * nStride + x;
+                Compress(pfRow, first, curve);
+                Compress(pfRow + COUNT, second, curve);
+                Compress(pfRow + 2 * COUNT, third, curve);
+            }
         }
     }
 
@@ -58,11 +64,16 @@ private:
         return {{Shuffle<A, B, C, D>(fMask, fMask).v}, Shuffle<A, B, C, D>(shared.fLog, shared.fLog)};
     }
 
-    LS_LANES static Shared SharedByBlocks(const Triple (&rows)[TONE_BLOCK], const ToneCurve& curve)
+    /// Normalises four blocks in place.
+    LS_LANES static Shared Normalise(float* pfFirst, std::size_t nStride, const ToneCurve& curve)
     {
         Floats fTotal = Each(0.0F), fFirst = fTotal, fCentre = fTotal;
         for (std::size_t y = 0; y < TONE_BLOCK; ++y) {
-            const Triple columns = Deinterleaved(rows[y]);
+            const Triple values = LoadTriple(pfFirst + y * nStride);
+            const Triple row = {Normalised(values.a, curve), Normalised(values.b, curve),
+                                Normalised(values.c, curve)};
+            StoreTriple(pfFirst + y * nStride, row);
+            const Triple columns = Deinterleaved(row);
             fTotal = fTotal + columns.a + columns.b + columns.c;
             if (y == 0)
                 fFirst = columns.a;
@@ -78,8 +89,9 @@ private:
         return {Not(rough), Bits(known) == ALL ? fLog : WithPlainLogs(fLog, known, fCentre, curve)};
     }
 
-    LS_LANES static Floats Compressed(Floats fValue, const Shared& shared, const ToneCurve& curve)
+    LS_LANES static void Compress(float* pfValues, const Shared& shared, const ToneCurve& curve)
     {
+        const Floats fValue = Load(pfValues);
         const Doubles dValue = L::Widened(fValue);
         const FloatMask below1 = fValue < Each(1.0F), below2 = fValue < Each(2.0F);
         const Doubles dBelow1 = L::Widened(below1);
@@ -104,7 +116,7 @@ private:
             if (Bits(known) != ALL)
                 fResult = WithPlainPixels(fResult, known, fValue, shared, curve);
         }
-        return fResult;
+        Store(pfValues, fResult);
     }
 
     // One lane in many thousands comes here.

@@ -29,15 +29,17 @@ template <class L> LS_LANES FloatMask RoundsAlike(typename L::Doubles dApproxima
            L::Rounded(dApproximation * L::Each(1 + ROUNDING_MARGIN));
 }
 
-/// c0 + c1 x + c2 x^2 + ..., by Horner's scheme.
-template <class L> LS_LANES typename L::Doubles Series(typename L::Doubles, double dLast)
+/// a[0] + a[1] x + ... + a[7] x^7, by Estrin's scheme: its short chains keep the processor busier than
+/// Horner's.
+template <class L> LS_LANES typename L::Doubles Series(typename L::Doubles dX, const double (&a)[8])
 {
-    return L::Each(dLast);
-}
-template <class L, class... Rest>
-LS_LANES typename L::Doubles Series(typename L::Doubles dX, double dFirst, Rest... rest)
-{
-    return Series<L>(dX, rest...) * dX + L::Each(dFirst);
+    using Doubles = typename L::Doubles;
+    const auto pair = [&](std::size_t i) __attribute__((always_inline))
+    {
+        return L::Each(a[i]) + L::Each(a[i + 1]) * dX;
+    };
+    const Doubles dX2 = dX * dX;
+    return (pair(0) + pair(2) * dX2) + (pair(4) + pair(6) * dX2) * (dX2 * dX2);
 }
 
 template <class L> LS_LANES typename L::Doubles FromBits(std::uint64_t nBits)
@@ -62,8 +64,9 @@ template <class L> LS_LANES typename L::Doubles Log(typename L::Doubles dX)
 
     const Doubles dF = dMantissa - L::Each(1);
     const Doubles dS = dF / (dF + L::Each(2));
-    const Doubles dAtanh = dS * Series<L>(dS * dS, 1.0, 1.0 / 3, 1.0 / 5, 1.0 / 7, 1.0 / 9, 1.0 / 11,
-                                          1.0 / 13, 1.0 / 15, 1.0 / 17);
+    const Doubles dZ = dS * dS;
+    constexpr double ATANH[] = {1.0 / 3, 1.0 / 5, 1.0 / 7, 1.0 / 9, 1.0 / 11, 1.0 / 13, 1.0 / 15, 1.0 / 17};
+    const Doubles dAtanh = dS + dS * (dZ * Series<L>(dZ, ATANH));
     const Doubles dLog = dExponent * L::Each(LOG_2) + (dAtanh + dAtanh);
 
     const Doubles dValid = (L::Each(0x1p-1022) <= dX) & (dX <= L::Each(0x1.fffffffffffffp1023));
@@ -78,10 +81,13 @@ template <class L> LS_LANES typename L::Doubles BiasedLog(Floats fX, float fPowe
     const Doubles dRounder = L::Each(0x1.8p52);
     const Doubles dExponent = Log<L>(L::Widened(fX)) * L::Each(fPower / LOG_2);
     const Doubles dWhole = dExponent + dRounder;
-    const Doubles dRest = (dExponent - (dWhole - dRounder)) * L::Each(LOG_2);
-    // exp; the rest of its series is below 2^-46.
-    const Doubles dExp = Series<L>(dRest, 1.0, 1.0, 1.0 / 2, 1.0 / 6, 1.0 / 24, 1.0 / 120, 1.0 / 720,
-                                   1.0 / 5040, 1.0 / 40320, 1.0 / 362880, 1.0 / 3628800, 1.0 / 39916800);
+    // exp(y) is the eighth power of exp(y / 8), whose series leaves a rest below 2^-51.
+    const Doubles dEighth = (dExponent - (dWhole - dRounder)) * L::Each(LOG_2 / 8);
+    constexpr double EXP[] = {1, 1, 1.0 / 2, 1.0 / 6, 1.0 / 24, 1.0 / 120, 1.0 / 720, 1.0 / 5040};
+    Doubles dExp = Series<L>(dEighth, EXP);
+    dExp = dExp * dExp;
+    dExp = dExp * dExp;
+    dExp = dExp * dExp;
     Doubles dPower = L::AddBits(dExp, L::template ShiftBitsLeft<52>(dWhole));
 
     // A larger exponent would carry the logarithm's error beyond the bound.

@@ -236,6 +236,11 @@ struct Sse2 {
         _mm_storeu_pd(pd, a.low);
         _mm_storeu_pd(pd + 2, a.high);
     }
+    LS_LANES static Doubles Load(const double* pd) { return {_mm_loadu_pd(pd), _mm_loadu_pd(pd + 2)}; }
+    LS_LANES static Doubles Magnitude(Doubles a)
+    {
+        return {_mm_andnot_pd(_mm_set1_pd(-0.0), a.low), _mm_andnot_pd(_mm_set1_pd(-0.0), a.high)};
+    }
     LS_LANES static Doubles Widened(Floats a)
     {
         return {_mm_cvtps_pd(a.v), _mm_cvtps_pd(_mm_movehl_ps(a.v, a.v))};
@@ -313,6 +318,8 @@ struct Avx2 {
 
     LS_LANES static Doubles Each(double d) { return {_mm256_set1_pd(d)}; }
     LS_LANES static void Store(double* pd, Doubles a) { _mm256_storeu_pd(pd, a.v); }
+    LS_LANES static Doubles Load(const double* pd) { return {_mm256_loadu_pd(pd)}; }
+    LS_LANES static Doubles Magnitude(Doubles a) { return {_mm256_andnot_pd(_mm256_set1_pd(-0.0), a.v)}; }
     LS_LANES static Doubles Widened(Floats a) { return {_mm256_cvtps_pd(a.v)}; }
     LS_LANES static Floats Rounded(Doubles a) { return {_mm256_cvtpd_ps(a.v)}; }
     LS_LANES static Doubles Choose(Doubles mask, Doubles a, Doubles b)
