@@ -15,7 +15,7 @@ HDRImage::HDRImage(std::int32_t nImageWidth, std::int32_t nImageHeight)
     : nWidth(nImageWidth), nHeight(nImageHeight)
 {
     for (auto& pfPlane : ppfPlanes)
-        pfPlane = std::make_unique_for_overwrite<float[]>(Pixels());
+        pfPlane = LS::Util::MakeLargeBuffer<float>(Pixels());
 }
 
 void HDRImage::Split(const float* pfPixels, std::size_t nPixels, std::size_t nFirst)
@@ -26,6 +26,12 @@ void HDRImage::Split(const float* pfPixels, std::size_t nPixels, std::size_t nFi
         pfGreen[i] = pfPixels[1];
         pfBlue[i] = pfPixels[2];
     }
+}
+
+BytePlanes::BytePlanes(std::size_t nPixels) : pBytes(LS::Util::MakeLargeBuffer<unsigned char>(3 * nPixels))
+{
+    for (std::size_t c = 0; c < apPlanes.size(); ++c)
+        apPlanes[c] = &pBytes[c * nPixels];
 }
 
 TMOContext::TMOContext(HDRImage* pSource, float fStops, float fDisplayGamma, float fToneBias)
@@ -51,15 +57,15 @@ std::unique_ptr<BytePlanes> TMOContext::Run(ProgbarSetter* pProgress)
         Report(pProgress, nPercent);
         return !Workspace().bCancel;
     };
-    ToRGB();
-    if (!goOn(60))
-        return nullptr;
     const DisplayBytes displayBytes(fGamma);
     return displayBytes.HasTable() ? ToBytesAtOnce(displayBytes, goOn) : ToBytesByStages(goOn);
 }
 
 std::unique_ptr<BytePlanes> TMOContext::ToBytesByStages(const GoOn& goOn)
 {
+    ToRGB();
+    if (!goOn(60))
+        return nullptr;
     Gamma();
     if (!goOn(75))
         return nullptr;
@@ -72,13 +78,20 @@ std::unique_ptr<BytePlanes> TMOContext::ToBytesByStages(const GoOn& goOn)
 
 std::unique_ptr<BytePlanes> TMOContext::ToBytesAtOnce(const DisplayBytes& displayBytes, const GoOn& goOn)
 {
-    // A plane takes the place of a stage, so that the positions stay.
-    constexpr std::int32_t PERCENT_AFTER[] = {75, 90, 100};
-    auto pPlanes = std::make_unique<BytePlanes>();
-    for (std::size_t c = 0; c < pPlanes->size(); ++c) {
-        (*pPlanes)[c] = std::make_unique_for_overwrite<unsigned char[]>(pImage->Pixels());
-        displayBytes.Convert(Plane(c), (*pPlanes)[c].get());
-        if (!goOn(PERCENT_AFTER[c]))
+    constexpr std::size_t PIECE = 2048; // pixels that stay in the processor's cache from stage to stage
+    const std::size_t nPixels = pImage->Pixels();
+    auto pPlanes = std::make_unique<BytePlanes>(nPixels);
+    // A quarter of the image takes the place of a stage, so that the positions stay.
+    std::size_t nDone = 0, nQuarter = 0;
+    for (const std::int32_t nPercent : {60, 75, 90, 100}) {
+        const std::size_t nEnd = ++nQuarter * nPixels / 4;
+        for (std::size_t nCount = 0; nDone < nEnd; nDone += nCount) {
+            nCount = std::min(PIECE, nEnd - nDone);
+            PlanesToRGB(&Plane(0)[nDone], &Plane(1)[nDone], &Plane(2)[nDone], nCount);
+            for (std::size_t c = 0; c < pPlanes->apPlanes.size(); ++c)
+                displayBytes.Convert(Plane(c).subspan(nDone, nCount), pPlanes->apPlanes[c] + nDone);
+        }
+        if (!goOn(nPercent))
             return nullptr;
     }
     return pPlanes;
@@ -120,11 +133,9 @@ void TMOContext::Clamp()
 
 std::unique_ptr<BytePlanes> TMOContext::ToBytes() const
 {
-    auto pPlanes = std::make_unique<BytePlanes>();
-    for (std::size_t c = 0; c < pPlanes->size(); ++c) {
-        (*pPlanes)[c] = std::make_unique_for_overwrite<unsigned char[]>(pImage->Pixels());
-        FloatToBytes(Plane(c), (*pPlanes)[c].get());
-    }
+    auto pPlanes = std::make_unique<BytePlanes>(pImage->Pixels());
+    for (std::size_t c = 0; c < pPlanes->apPlanes.size(); ++c)
+        FloatToBytes(Plane(c), pPlanes->apPlanes[c]);
     return pPlanes;
 }
 

@@ -1,6 +1,8 @@
 // The tone mapper of whole images in memory.
 #pragma once
 
+#include "Util/LargeBuffer.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -31,11 +33,16 @@ struct HDRImage {
     std::int32_t nChannels = 3;
     std::int32_t nWidth;
     std::int32_t nHeight;
-    std::array<std::unique_ptr<float[]>, 3> ppfPlanes; ///< row-major, R, G, B
+    std::array<LS::Util::LargeBuffer<float>, 3> ppfPlanes; ///< row-major, R, G, B
 };
 
 /// Three planes of bytes, R, G, B, of the image's size.
-using BytePlanes = std::array<std::unique_ptr<unsigned char[]>, 3>;
+struct BytePlanes {
+    explicit BytePlanes(std::size_t nPixels);
+
+    LS::Util::LargeBuffer<unsigned char> pBytes; ///< one after the other
+    std::array<unsigned char*, 3> apPlanes;      ///< where each begins
+};
 
 /// Turns a float image into bytes, rewriting its planes in place.
 ///

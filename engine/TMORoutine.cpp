@@ -20,7 +20,7 @@ PixelBuffer Interleaved(const BytePlanes& planes, std::size_t nPixels)
 {
     PixelBuffer pPixels = LS::Util::MakePixelBuffer(3 * nPixels);
     unsigned char* pOut = pPixels.get();
-    const unsigned char *pRed = planes[0].get(), *pGreen = planes[1].get(), *pBlue = planes[2].get();
+    const auto [pRed, pGreen, pBlue] = planes.apPlanes;
     for (std::size_t i = 0; i < nPixels; ++i, pOut += 3) {
         pOut[0] = pRed[i];
         pOut[1] = pGreen[i];

@@ -155,9 +155,9 @@ PixelBuffer ToneMapCacheByRows(const std::wstring& sFile, std::int32_t nWidth, s
     return pPixels;
 }
 
-std::unique_ptr<float[]> SplitLuminance(float* pfLogAverage, const std::wstring& sFile,
-                                        const std::wstring& sXYFile, std::int32_t nWidth,
-                                        std::int32_t nHeight, float* pfMax, ProgbarSetter* pProgress)
+LS::Util::LargeBuffer<float> SplitLuminance(float* pfLogAverage, const std::wstring& sFile,
+                                            const std::wstring& sXYFile, std::int32_t nWidth,
+                                            std::int32_t nHeight, float* pfMax, ProgbarSetter* pProgress)
 {
     FloatRowReader cache(sFile, 3 * Size(nWidth));
     if (!cache.IsOpen())
@@ -166,7 +166,7 @@ std::unique_ptr<float[]> SplitLuminance(float* pfLogAverage, const std::wstring&
     if (!chroma.IsOpen())
         return nullptr;
 
-    auto pYChan = std::make_unique_for_overwrite<float[]>(Size(nWidth) * Size(nHeight));
+    auto pYChan = LS::Util::MakeLargeBuffer<float>(Size(nWidth) * Size(nHeight));
     std::vector<float> vfXY(2 * Size(nWidth));
     float fSumLog = 0;
     float fMax = MAX_START_BY_ROWS;

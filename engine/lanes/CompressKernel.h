@@ -99,24 +99,24 @@ private:
         const Doubles dA = L::Choose(dBelow1, L::Each(1), L::Each(0.7662));
         const Doubles dB = L::Choose(dBelow1, L::Each(4), L::Each(3.7658));
         const Doubles dC = L::Choose(dBelow1, L::Each(6), L::Each(5.9897));
-        Doubles dLog = dValue * (dA * dValue + L::Each(6)) / (dB * dValue + dC);
+        Doubles dNumerator = dValue * (dA * dValue + L::Each(6));
+        Doubles dDenominator = dB * dValue + dC;
         Doubles dBias = L::Widened(shared.fLog);
-
         const FloatMask rational = below2 & shared.smooth;
         if (Bits(rational) != ALL) {
-            dLog = L::Choose(L::Widened(rational), dLog, Log<L>(dValue + L::Each(1)));
-            if (Bits(shared.smooth) != ALL)
-                dBias = L::Choose(L::Widened(shared.smooth), dBias,
-                                  BiasedLog<L>(fValue / Each(curve.fRelativeMax), curve.fBiasPower));
+            const Doubles dRational = L::Widened(rational);
+            dNumerator = L::Choose(dRational, dNumerator, Log<L>(dValue + L::Each(1)));
+            dDenominator = L::Choose(dRational, dDenominator, L::Each(1));
         }
-        const Doubles dResult = dLog / dBias / L::Each(curve.fDivisor);
-        Floats fResult = L::Rounded(dResult);
-        if (Bits(rational) != ALL) {
-            const FloatMask known = RoundsAlike<L>(dResult) | rational;
-            if (Bits(known) != ALL)
-                fResult = WithPlainPixels(fResult, known, fValue, shared, curve);
-        }
-        Store(pfValues, fResult);
+        if (Bits(shared.smooth) != ALL)
+            dBias = L::Choose(L::Widened(shared.smooth), dBias,
+                              BiasedLog<L>(fValue / Each(curve.fRelativeMax), curve.fBiasPower));
+        // One division for three differs from them in the last bits, which RoundsAlike allows for.
+        const Doubles dResult = dNumerator / (dDenominator * dBias * L::Each(curve.fDivisor));
+        const Floats fResult = L::Rounded(dResult);
+        const FloatMask known = RoundsAlike<L>(dResult);
+        Store(pfValues,
+              Bits(known) == ALL ? fResult : WithPlainPixels(fResult, known, fValue, shared, curve));
     }
 
     // One lane in many thousands comes here.
