@@ -5,11 +5,12 @@
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
+#include <limits>
 
 namespace {
 
 constexpr std::int32_t BITS_OF_ONE = std::bit_cast<std::int32_t>(1.0F);
+constexpr auto NAN_BITS = std::bit_cast<std::int32_t>(std::numeric_limits<float>::quiet_NaN());
 
 std::int32_t ByteOf(std::int32_t nFloatBits, const GammaCurve& curve)
 {
@@ -53,6 +54,8 @@ std::optional<ByteTable> ByteTable::Make(const GammaCurve& curve)
 {
     if (!(curve.fStart > 1e-20F && curve.fStart < 1 && curve.fSlope > 0 && curve.fSlope < 1e20F))
         return std::nullopt;
+    if (ByteOf(NAN_BITS, curve) != 0)
+        return std::nullopt; // an exponent next to 0, which makes 1 of everything
     ByteTable table;
     table.m_fLowest = Lowest(curve);
     table.m_fLineEnd = curve.fStart;

@@ -146,6 +146,14 @@ template <int COUNT_OF_BITS> LS_LANES Ints ShiftRight(Ints a)
     return {_mm_srli_epi32(a.v, COUNT_OF_BITS)};
 }
 
+/// Table entries by lane. Single loads: vpgatherdd was slower on the machine of docs/PERFORMANCE.md.
+LS_LANES Ints Gather(const std::int32_t* pn, Ints indices)
+{
+    alignas(16) std::int32_t an[COUNT];
+    _mm_store_si128(reinterpret_cast<__m128i*>(an), indices.v);
+    return {_mm_setr_epi32(pn[an[0]], pn[an[1]], pn[an[2]], pn[an[3]])};
+}
+
 /// Lanes a, b of one vector and c, d of another.
 template <int A, int B, int C, int D> LS_LANES Floats Shuffle(Floats x, Floats y)
 {
@@ -280,13 +288,6 @@ struct Sse2 {
                 _mm_castsi128_pd(_mm_slli_epi64(_mm_castpd_si128(a.high), COUNT_OF_BITS))};
     }
 
-    LS_LANES static Ints Gather(const std::int32_t* pn, Ints indices)
-    {
-        alignas(16) std::int32_t an[COUNT];
-        _mm_store_si128(reinterpret_cast<__m128i*>(an), indices.v);
-        return {_mm_setr_epi32(pn[an[0]], pn[an[1]], pn[an[2]], pn[an[3]])};
-    }
-
 private:
     LS_LANES static __m128d AddBits(__m128d a, __m128d b)
     {
@@ -347,11 +348,6 @@ struct Avx2 {
     template <int COUNT_OF_BITS> LS_LANES static Doubles ShiftBitsLeft(Doubles a)
     {
         return {_mm256_castsi256_pd(_mm256_slli_epi64(_mm256_castpd_si256(a.v), COUNT_OF_BITS))};
-    }
-
-    LS_LANES static Ints Gather(const std::int32_t* pn, Ints indices)
-    {
-        return {_mm_i32gather_epi32(pn, indices.v, sizeof(std::int32_t))};
     }
 };
 #endif

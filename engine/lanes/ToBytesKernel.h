@@ -31,7 +31,7 @@ private:
         const Ints nCell = ShiftRight<ByteCells::BITS>(nBits) - Each(cells.nFirstCell) -
                            AsInts(fValue > Each(cells.fLineEnd));
         const Ints nInCell = nBits & Each(ByteCells::SIZE - 1);
-        return ShiftRight<ByteCells::BITS>(L::Gather(cells.pnEntries, nCell) + nInCell);
+        return ShiftRight<ByteCells::BITS>(Gather(cells.pnEntries, nCell) + nInCell);
     }
 };
 
