@@ -1,12 +1,13 @@
 // Four pixels side by side: four floats, and the four doubles that they become in between.
 //
-// A set of lanes is a class with the types Floats, Doubles, Ints, FloatMask and DoubleMask, and a few
+// A set of lanes is a class with the type Doubles, which serves as mask and as bit pattern, too, and with
 // functions by name for what no operator can say. Kernels are templates of such a class. Each operation gives
 // the bits of its scalar form; none is contracted or reordered.
 //
 // Sources with kernels are compiled with the flags of their instruction set. Nothing in them may therefore be
-// an inline function that other sources share: the linker could keep the copy with the better instructions.
-// The functions here are always inlined, and the templates differ by their lanes.
+// an inline function that other sources share, for the linker could keep the copy with the better
+// instructions: scripts/check_layers.sh looks for such. What stands here is always inlined, and the templates
+// differ by their lanes.
 #pragma once
 
 #include <cstddef>
