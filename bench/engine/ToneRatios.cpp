@@ -96,7 +96,8 @@ void AddSliderMove(RatioTable& table)
             table.Missing(sWhat, "not here");
             continue;
         }
-        AddRatio(table, sWhat + " / plain", set.set, SLIDER_RATIO, vfPixels.size(), map);
+        if (set.set == InstructionSet::Avx2)
+            AddRatio(table, sWhat + " / plain", set.set, SLIDER_RATIO, vfPixels.size(), map);
         const Limited limited(set.set);
         table.Time(sWhat, SLIDER_MS, [&] { map(); });
     }
