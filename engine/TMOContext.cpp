@@ -9,7 +9,6 @@
 #include "engine/ProgbarSetter.h"
 
 #include <algorithm>
-#include <utility>
 
 HDRImage::HDRImage(std::int32_t nImageWidth, std::int32_t nImageHeight)
     : nWidth(nImageWidth), nHeight(nImageHeight)
@@ -58,7 +57,9 @@ std::unique_ptr<BytePlanes> TMOContext::Run(ProgbarSetter* pProgress)
         return !Workspace().bCancel;
     };
     const DisplayBytes displayBytes(fGamma);
-    return displayBytes.HasTable() ? ToBytesAtOnce(displayBytes, goOn) : ToBytesByStages(goOn);
+    if (displayBytes.HasTable())
+        return ToBytesAtOnce(displayBytes, goOn);
+    return ToBytesByStages(goOn);
 }
 
 std::unique_ptr<BytePlanes> TMOContext::ToBytesByStages(const GoOn& goOn)
@@ -73,7 +74,9 @@ std::unique_ptr<BytePlanes> TMOContext::ToBytesByStages(const GoOn& goOn)
     if (!goOn(90))
         return nullptr;
     auto pPlanes = ToBytes();
-    return goOn(100) ? std::move(pPlanes) : nullptr;
+    if (!goOn(100))
+        return nullptr;
+    return pPlanes;
 }
 
 std::unique_ptr<BytePlanes> TMOContext::ToBytesAtOnce(const DisplayBytes& displayBytes, const GoOn& goOn)

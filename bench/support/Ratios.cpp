@@ -106,9 +106,8 @@ void RatioTable::Time(const std::string& sWhat, double dTargetMs, const Work& ca
 {
     if (!Wants(sWhat))
         return;
-    std::vector<double> vdTimes;
-    for (int i = 0; i < m_nRounds; ++i)
-        vdTimes.push_back(Measure(candidate));
+    std::vector<double> vdTimes(static_cast<std::size_t>(m_nRounds));
+    std::generate(vdTimes.begin(), vdTimes.end(), [&] { return Measure(candidate); });
     const double dTime = Median(vdTimes);
     PrintRow(sWhat, Text("%.1f ms", dTime), Text("%.0f ms", dTargetMs), dTime <= dTargetMs ? "yes" : "no",
              Text("%.1f", dTime));
