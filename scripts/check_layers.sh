@@ -58,7 +58,7 @@ fi
 
 # An inline function that code for better instructions shares with other code could be linked for both.
 while IFS= read -r object; do
-    found=$(nm -C --defined-only "$object" | grep -E ' [uVvWw] ' | grep -v 'Avx2' || true)
+    found=$(nm -C --defined-only "$object" | grep -E ' [uVvWw] ' | grep -vE 'Avx2| DW\.ref\.' || true)
     if [ -n "$found" ]; then
         printf '%s shares:\n%s\n' "$object" "$found"
         status=1

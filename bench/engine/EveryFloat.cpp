@@ -1,5 +1,5 @@
 // What the kernels of tone mapping rest on, checked for every float: the bounds of their logarithms, and the
-// table from channel values to bytes. Takes a quarter of an hour; with --sample only each 4099th group of
+// table from channel values to bytes. Takes some minutes; with --sample only each 4099th group of
 // floats, in a second.
 #include "Util/CpuFeatures.h"
 #include "engine/DisplayCurve.h"
