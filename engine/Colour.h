@@ -44,6 +44,17 @@ inline PixelRGB RGBFromYxy(PixelYxy c)
             static_cast<float>(0.0753 * fX - 0.2543 * c.fLuminance + 1.1892 * fZ)};
 }
 
+/// The definitions, one pixel at a time. The functions of the same names below give their bits.
+namespace reference {
+
+void RowToYxy(float* pHDRData, std::size_t nPixels, float* pfSumLog, float* pfMax);
+void PlanesToYxy(float* pfFirst, float* pfSecond, float* pfThird, std::size_t nPixels, float* pfSumLog,
+                 float* pfMax);
+void YxyToRGB(const float* pYChan, const float* pxyChan, std::size_t nPixels, float* pfRGB);
+void PlanesToRGB(float* pfFirst, float* pfSecond, float* pfThird, std::size_t nPixels);
+
+} // namespace reference
+
 /// Converts one row in place and folds its luminance into the statistics of the image.
 ///
 /// @param pHDRData  nWidth x 3 floats, R, G, B; becomes Y, x, y

@@ -1,8 +1,11 @@
 // The display's transfer curve, and the way to 8 bits.
 #include "engine/DisplayCurve.h"
 
+#include "engine/lanes/Kernels.h"
+
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 namespace {
 
@@ -73,4 +76,21 @@ void ClampTop(std::span<float> vfValues)
 void FloatToBytes(std::span<const float> vfValues, unsigned char* pBytes)
 {
     std::transform(vfValues.begin(), vfValues.end(), pBytes, ToByte);
+}
+
+DisplayBytes::DisplayBytes(float fGamma)
+    : m_fGamma(fGamma), m_table(LS::Lanes::Kernels() ? ByteTable::Make(GammaCurve(fGamma)) : std::nullopt)
+{
+}
+
+void DisplayBytes::Convert(std::span<float> vfValues, unsigned char* pBytes) const
+{
+    const auto* pKernels = LS::Lanes::Kernels();
+    const std::size_t nDone =
+        pKernels && m_table ? pKernels->ToBytes(vfValues.data(), vfValues.size(), m_table->Cells(), pBytes)
+                            : 0;
+    const std::span<float> vfRest = vfValues.subspan(nDone);
+    GammaCorrect(vfRest, m_fGamma);
+    ClampTop(vfRest);
+    FloatToBytes(vfRest, pBytes + nDone);
 }

@@ -1,6 +1,8 @@
 // The adaptive logarithmic mapping, block by block.
 #include "engine/LuminanceCompression.h"
 
+#include "engine/lanes/Kernels.h"
+
 #include <stdexcept>
 
 namespace {
@@ -39,6 +41,11 @@ double BiasedLog(float fValue, const ToneCurve& curve)
     return std::log(2.0 + 8.0 * std::pow(static_cast<double>(fRelative), curve.fBiasPower));
 }
 
+float RoughPixel(float fValue, const ToneCurve& curve)
+{
+    return static_cast<float>(std::log(fValue + 1.0) / BiasedLog(fValue, curve) / curve.fDivisor);
+}
+
 /// log(v + 1), by Pade approximations where they are good. Most pixels lie there.
 double FastLog(float fValue)
 {
@@ -47,6 +54,11 @@ double FastLog(float fValue)
     if (fValue < 2.0)
         return fValue * (0.7662 * fValue + 6.0) / (3.7658 * fValue + 5.9897);
     return std::log(fValue + 1.0);
+}
+
+float SmoothPixel(float fValue, float fShared, const ToneCurve& curve)
+{
+    return static_cast<float>(FastLog(fValue) / fShared / curve.fDivisor);
 }
 
 void CompressBlock(Block block, const ToneCurve& curve)
@@ -60,13 +72,10 @@ void CompressBlock(Block block, const ToneCurve& curve)
     // By 9 also where the border clips the block.
     const auto fContrast = static_cast<float>(fTotal / 9.0 - block.First());
     if (fContrast <= -1.0 || fContrast >= 1.0) {
-        block.Map([&](float fValue) {
-            return static_cast<float>(std::log(fValue + 1.0) / BiasedLog(fValue, curve) / curve.fDivisor);
-        });
+        block.Map([&](float fValue) { return RoughPixel(fValue, curve); });
     } else {
         const auto fShared = static_cast<float>(BiasedLog(block.Centre(), curve));
-        block.Map(
-            [&](float fValue) { return static_cast<float>(FastLog(fValue) / fShared / curve.fDivisor); });
+        block.Map([&](float fValue) { return SmoothPixel(fValue, fShared, curve); });
     }
 }
 
@@ -89,10 +98,34 @@ ToneCurve::ToneCurve(float fExposure, float fMax, float fLogAverage, float fBias
     fDivisor = static_cast<float>(std::log10(fRelativeMax + 1.0));
 }
 
+void reference::CompressBand(float* pfBand, std::size_t nWidth, std::size_t nRows, const ToneCurve& curve,
+                             std::size_t nFrom)
+{
+    for (std::size_t x = nFrom; x < nWidth; x += TONE_BLOCK)
+        CompressBlock({pfBand + x, nWidth, std::min(TONE_BLOCK, nWidth - x), nRows}, curve);
+}
+
 void CompressBand(float* pfBand, std::size_t nWidth, std::size_t nRows, const ToneCurve& curve)
 {
-    for (std::size_t x = 0; x < nWidth; x += TONE_BLOCK)
-        CompressBlock({pfBand + x, nWidth, std::min(TONE_BLOCK, nWidth - x), nRows}, curve);
+    const auto* pKernels = LS::Lanes::Kernels();
+    const bool bWhole = nRows == TONE_BLOCK;
+    const std::size_t nDone = pKernels && bWhole ? pKernels->CompressBand(pfBand, nWidth, curve) : 0;
+    reference::CompressBand(pfBand, nWidth, nRows, curve, nDone);
+}
+
+float LS::Lanes::SharedLog(float fCentre, const ToneCurve& curve)
+{
+    return static_cast<float>(BiasedLog(fCentre, curve));
+}
+
+float LS::Lanes::CompressedInSmoothBlock(float fValue, float fShared, const ToneCurve& curve)
+{
+    return SmoothPixel(fValue, fShared, curve);
+}
+
+float LS::Lanes::CompressedInRoughBlock(float fValue, const ToneCurve& curve)
+{
+    return RoughPixel(fValue, curve);
 }
 
 bool CompressPlane(float* pfY, std::int32_t nWidth, std::int32_t nHeight, const ToneCurve& curve,

@@ -51,9 +51,15 @@ struct ToneCurve {
 
 constexpr std::size_t TONE_BLOCK = 3; ///< rows of a band, and edge of its blocks
 
-/// Compresses one band in place.
+/// Compresses one band in place. The reference is the definition, block by block from column nFrom on, which
+/// must be the first column of a block; the other function gives its bits.
 /// @param pfBand  nRows x nWidth floats of luminance   @param nRows  1 to TONE_BLOCK
 void CompressBand(float* pfBand, std::size_t nWidth, std::size_t nRows, const ToneCurve& curve);
+
+namespace reference {
+void CompressBand(float* pfBand, std::size_t nWidth, std::size_t nRows, const ToneCurve& curve,
+                  std::size_t nFrom = 0);
+} // namespace reference
 
 /// Compresses a plane in place, band by band from the top.
 /// @param goOn  called after each band with the band's first row; its false ends the work

@@ -9,20 +9,28 @@
 #include "engine/ProgbarSetter.h"
 
 #include <algorithm>
-#include <utility>
 
 HDRImage::HDRImage(std::int32_t nImageWidth, std::int32_t nImageHeight)
     : nWidth(nImageWidth), nHeight(nImageHeight)
 {
     for (auto& pfPlane : ppfPlanes)
-        pfPlane = std::make_unique_for_overwrite<float[]>(Pixels());
+        pfPlane = LS::Util::MakeLargeBuffer<float>(Pixels());
 }
 
 void HDRImage::Split(const float* pfPixels, std::size_t nPixels, std::size_t nFirst)
 {
-    for (std::size_t i = nFirst; i < nFirst + nPixels; ++i)
-        for (const auto& pfPlane : ppfPlanes)
-            pfPlane[i] = *pfPixels++;
+    float *pfRed = ppfPlanes[0].get(), *pfGreen = ppfPlanes[1].get(), *pfBlue = ppfPlanes[2].get();
+    for (std::size_t i = nFirst; i < nFirst + nPixels; ++i, pfPixels += 3) {
+        pfRed[i] = pfPixels[0];
+        pfGreen[i] = pfPixels[1];
+        pfBlue[i] = pfPixels[2];
+    }
+}
+
+BytePlanes::BytePlanes(std::size_t nPixels) : pBytes(LS::Util::MakeLargeBuffer<unsigned char>(3 * nPixels))
+{
+    for (std::size_t c = 0; c < apPlanes.size(); ++c)
+        apPlanes[c] = &pBytes[c * nPixels];
 }
 
 TMOContext::TMOContext(HDRImage* pSource, float fStops, float fDisplayGamma, float fToneBias)
@@ -48,6 +56,14 @@ std::unique_ptr<BytePlanes> TMOContext::Run(ProgbarSetter* pProgress)
         Report(pProgress, nPercent);
         return !Workspace().bCancel;
     };
+    const DisplayBytes displayBytes(fGamma);
+    if (displayBytes.HasTable())
+        return ToBytesAtOnce(displayBytes, goOn);
+    return ToBytesByStages(goOn);
+}
+
+std::unique_ptr<BytePlanes> TMOContext::ToBytesByStages(const GoOn& goOn)
+{
     ToRGB();
     if (!goOn(60))
         return nullptr;
@@ -58,7 +74,30 @@ std::unique_ptr<BytePlanes> TMOContext::Run(ProgbarSetter* pProgress)
     if (!goOn(90))
         return nullptr;
     auto pPlanes = ToBytes();
-    return goOn(100) ? std::move(pPlanes) : nullptr;
+    if (!goOn(100))
+        return nullptr;
+    return pPlanes;
+}
+
+std::unique_ptr<BytePlanes> TMOContext::ToBytesAtOnce(const DisplayBytes& displayBytes, const GoOn& goOn)
+{
+    constexpr std::size_t PIECE = 2048; // pixels that stay in the processor's cache from stage to stage
+    const std::size_t nPixels = pImage->Pixels();
+    auto pPlanes = std::make_unique<BytePlanes>(nPixels);
+    // A quarter of the image takes the place of a stage, so that the positions stay.
+    std::size_t nDone = 0, nQuarter = 0;
+    for (const std::int32_t nPercent : {60, 75, 90, 100}) {
+        const std::size_t nEnd = ++nQuarter * nPixels / 4;
+        for (std::size_t nCount = 0; nDone < nEnd; nDone += nCount) {
+            nCount = std::min(PIECE, nEnd - nDone);
+            PlanesToRGB(&Plane(0)[nDone], &Plane(1)[nDone], &Plane(2)[nDone], nCount);
+            for (std::size_t c = 0; c < pPlanes->apPlanes.size(); ++c)
+                displayBytes.Convert(Plane(c).subspan(nDone, nCount), pPlanes->apPlanes[c] + nDone);
+        }
+        if (!goOn(nPercent))
+            return nullptr;
+    }
+    return pPlanes;
 }
 
 void TMOContext::Statistics(float* pfMax, float* pfLogAverage)
@@ -97,11 +136,9 @@ void TMOContext::Clamp()
 
 std::unique_ptr<BytePlanes> TMOContext::ToBytes() const
 {
-    auto pPlanes = std::make_unique<BytePlanes>();
-    for (std::size_t c = 0; c < pPlanes->size(); ++c) {
-        (*pPlanes)[c] = std::make_unique_for_overwrite<unsigned char[]>(pImage->Pixels());
-        FloatToBytes(Plane(c), (*pPlanes)[c].get());
-    }
+    auto pPlanes = std::make_unique<BytePlanes>(pImage->Pixels());
+    for (std::size_t c = 0; c < pPlanes->apPlanes.size(); ++c)
+        FloatToBytes(Plane(c), pPlanes->apPlanes[c]);
     return pPlanes;
 }
 

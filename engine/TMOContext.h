@@ -1,12 +1,16 @@
 // The tone mapper of whole images in memory.
 #pragma once
 
+#include "Util/LargeBuffer.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 
+class DisplayBytes;
 class ProgbarSetter;
 
 /// A float image in planes.
@@ -29,11 +33,16 @@ struct HDRImage {
     std::int32_t nChannels = 3;
     std::int32_t nWidth;
     std::int32_t nHeight;
-    std::array<std::unique_ptr<float[]>, 3> ppfPlanes; ///< row-major, R, G, B
+    std::array<LS::Util::LargeBuffer<float>, 3> ppfPlanes; ///< row-major, R, G, B
 };
 
 /// Three planes of bytes, R, G, B, of the image's size.
-using BytePlanes = std::array<std::unique_ptr<unsigned char[]>, 3>;
+struct BytePlanes {
+    explicit BytePlanes(std::size_t nPixels);
+
+    LS::Util::LargeBuffer<unsigned char> pBytes; ///< one after the other
+    std::array<unsigned char*, 3> apPlanes;      ///< where each begins
+};
 
 /// Turns a float image into bytes, rewriting its planes in place.
 ///
@@ -63,7 +72,11 @@ struct TMOContext {
     float fBias;
 
 private:
+    using GoOn = std::function<bool(std::int32_t nPercent)>; ///< reports a position; false ends the work
+
     bool HasPlanes() const;
+    std::unique_ptr<BytePlanes> ToBytesByStages(const GoOn& goOn);
+    std::unique_ptr<BytePlanes> ToBytesAtOnce(const DisplayBytes& displayBytes, const GoOn& goOn);
     bool Compress(float fMax, float fLogAverage, ProgbarSetter* pProgress);
     std::span<float> Plane(std::size_t nChannel) const;
 };

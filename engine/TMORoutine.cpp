@@ -20,9 +20,12 @@ PixelBuffer Interleaved(const BytePlanes& planes, std::size_t nPixels)
 {
     PixelBuffer pPixels = LS::Util::MakePixelBuffer(3 * nPixels);
     unsigned char* pOut = pPixels.get();
-    for (std::size_t i = 0; i < nPixels; ++i)
-        for (const auto& pPlane : planes)
-            *pOut++ = pPlane[i];
+    const auto [pRed, pGreen, pBlue] = planes.apPlanes;
+    for (std::size_t i = 0; i < nPixels; ++i, pOut += 3) {
+        pOut[0] = pRed[i];
+        pOut[1] = pGreen[i];
+        pOut[2] = pBlue[i];
+    }
     return pPixels;
 }
 

@@ -43,9 +43,9 @@ LS::Util::PixelBuffer ToneMapCacheByRows(const std::wstring& sFile, std::int32_t
 /// @param sXYFile       receives nWidth x nHeight x 2 floats, x and y, without header
 /// @param pfMax         receives the brightest luminance, 1.0 if all lie below
 /// @return nWidth x nHeight floats of luminance, or null
-std::unique_ptr<float[]> SplitLuminance(float* pfLogAverage, const std::wstring& sFile,
-                                        const std::wstring& sXYFile, std::int32_t nWidth,
-                                        std::int32_t nHeight, float* pfMax, ProgbarSetter* pProgress);
+LS::Util::LargeBuffer<float> SplitLuminance(float* pfLogAverage, const std::wstring& sFile,
+                                            const std::wstring& sXYFile, std::int32_t nWidth,
+                                            std::int32_t nHeight, float* pfMax, ProgbarSetter* pProgress);
 
 /// Second pass: compresses the luminance in place.
 /// @return false after a cancel

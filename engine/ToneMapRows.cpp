@@ -11,7 +11,6 @@
 #include "engine/LuminanceCompression.h"
 #include "engine/ProgbarSetter.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
@@ -118,6 +117,14 @@ void SplitRow(const float* pfYxy, std::int32_t nWidth, float* pfY, float* pfXY)
     }
 }
 
+/// @param vfRGB  room for the row's channel values   @param pBytes  receives as many bytes
+void RowToBytes(const float* pfY, const float* pfXY, std::span<float> vfRGB, const DisplayBytes& displayBytes,
+                unsigned char* pBytes)
+{
+    YxyToRGB(pfY, pfXY, static_cast<std::int32_t>(vfRGB.size() / 3), vfRGB.data());
+    displayBytes.Convert(vfRGB, pBytes);
+}
+
 void DeleteFile(const std::wstring& sFile)
 {
     const std::string sPath = LS::Util::NarrowPath(sFile);
@@ -148,9 +155,9 @@ PixelBuffer ToneMapCacheByRows(const std::wstring& sFile, std::int32_t nWidth, s
     return pPixels;
 }
 
-std::unique_ptr<float[]> SplitLuminance(float* pfLogAverage, const std::wstring& sFile,
-                                        const std::wstring& sXYFile, std::int32_t nWidth,
-                                        std::int32_t nHeight, float* pfMax, ProgbarSetter* pProgress)
+LS::Util::LargeBuffer<float> SplitLuminance(float* pfLogAverage, const std::wstring& sFile,
+                                            const std::wstring& sXYFile, std::int32_t nWidth,
+                                            std::int32_t nHeight, float* pfMax, ProgbarSetter* pProgress)
 {
     FloatRowReader cache(sFile, 3 * Size(nWidth));
     if (!cache.IsOpen())
@@ -159,7 +166,7 @@ std::unique_ptr<float[]> SplitLuminance(float* pfLogAverage, const std::wstring&
     if (!chroma.IsOpen())
         return nullptr;
 
-    auto pYChan = std::make_unique_for_overwrite<float[]>(Size(nWidth) * Size(nHeight));
+    auto pYChan = LS::Util::MakeLargeBuffer<float>(Size(nWidth) * Size(nHeight));
     std::vector<float> vfXY(2 * Size(nWidth));
     float fSumLog = 0;
     float fMax = MAX_START_BY_ROWS;
@@ -204,14 +211,13 @@ PixelBuffer RecombineRows(ProgbarSetter* pProgress, const float* pYChan, const s
     FloatRowReader chroma(sXYFile, 2 * Size(nWidth));
     if (!chroma.IsOpen())
         return nullptr;
+    const DisplayBytes displayBytes(fGamma);
+    std::vector<float> vfRGB(nRowBytes);
     unsigned char* pOut = pPixels.get();
     for (std::int32_t y = 0; y < nHeight; ++y, pYChan += nWidth, pOut += nRowBytes) {
         if (!chroma.ReadRow())
             return nullptr;
-        const auto pRow = YxyRowToBytes(pYChan, chroma.Row(), nWidth, fGamma);
-        if (!pRow)
-            return nullptr;
-        std::copy_n(pRow.get(), nRowBytes, pOut);
+        RowToBytes(pYChan, chroma.Row(), vfRGB, displayBytes, pOut);
         if (!ReportRow(pProgress, y, nHeight))
             return nullptr;
     }
@@ -228,9 +234,6 @@ std::unique_ptr<unsigned char[]> YxyRowToBytes(const float* pYChan, const float*
     LS_ASSERT(fGamma > 0);
     std::vector<float> vfRGB(3 * Size(nWidth));
     auto pBytes = std::make_unique_for_overwrite<unsigned char[]>(vfRGB.size());
-    YxyToRGB(pYChan, pxyChan, nWidth, vfRGB.data());
-    GammaCorrect(vfRGB, fGamma);
-    ClampTop(vfRGB);
-    FloatToBytes(vfRGB, pBytes.get());
+    RowToBytes(pYChan, pxyChan, vfRGB, DisplayBytes(fGamma), pBytes.get());
     return pBytes;
 }

@@ -7,6 +7,7 @@
 #include "engine/HDRWorkspace.h"
 #include "tests/engine/TonePictures.h"
 #include "tests/support/FailureRecorder.h"
+#include "tests/support/InstructionSets.h"
 #include "tests/support/RecordingProgress.h"
 #include "tests/support/ResourceLimit.h"
 
@@ -73,9 +74,13 @@ TEST(ToneMapFull, RoadAndPositionsBySize)
     const struct {
         std::int32_t nWidth, nHeight;
         bool bByRows;
-    } cases[] = {{1500, 2, false}, {1501, 2, true}, {2, 1500, false}, {2, 1501, true}};
+        Util::InstructionSet limit;
+    } cases[] = {{1500, 2, false, Util::InstructionSet::Avx2},  {1501, 2, true, Util::InstructionSet::Avx2},
+                 {2, 1500, false, Util::InstructionSet::Avx2},  {2, 1501, true, Util::InstructionSet::Avx2},
+                 {1500, 2, false, Util::InstructionSet::Plain}, {1501, 2, true, Util::InstructionSet::Plain}};
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.nWidth << " x " << c.nHeight);
+        const InstructionLimit limit(c.limit);
         const Picture picture = RandomPicture(c.nWidth, c.nHeight);
         const MergedWorkspace merged(picture);
         WriteText(CacheFile(L"xydata.tmp"), "deleted by the row road only");
@@ -102,7 +107,14 @@ TEST(ToneMapFull, WithoutProgressInMemoryWhateverTheSize)
 
 TEST(ToneMapFull, CancelAtEveryPosition)
 {
-    for (const std::int32_t nWidth : {1500, 1501}) {
+    const struct {
+        std::int32_t nWidth;
+        Util::InstructionSet limit;
+    } cases[] = {{1500, Util::InstructionSet::Avx2},
+                 {1501, Util::InstructionSet::Avx2},
+                 {1500, Util::InstructionSet::Plain}};
+    for (const auto& [nWidth, limit] : cases) {
+        const InstructionLimit limited(limit);
         const Picture picture = SmoothPicture(nWidth, 9);
         const MergedWorkspace merged(picture);
         const FailureRecorder failures;

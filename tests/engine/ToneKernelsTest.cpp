@@ -1,0 +1,341 @@
+// The kernels of tone mapping against their plain twins, bit for bit, also where the floats are none.
+#include "engine/Colour.h"
+#include "engine/DisplayCurve.h"
+#include "engine/LuminanceCompression.h"
+#include "engine/lanes/Kernels.h"
+#include "tests/support/InstructionSets.h"
+#ifdef __x86_64__
+#include "engine/lanes/Elementary.h"
+#endif
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <random>
+#include <vector>
+
+namespace LS::Tests {
+
+namespace {
+
+using Floats = std::vector<float>;
+
+constexpr std::size_t LARGEST_WIDTH = 40;
+
+/// Any two results that are no number count as the same: which of two such operands survives a sum is the
+/// processor's affair.
+bool SameBits(float a, float b)
+{
+    return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b) ||
+           (std::isnan(a) && std::isnan(b));
+}
+
+void ExpectSame(const Floats& expected, const Floats& actual)
+{
+    const auto fault = std::mismatch(expected.begin(), expected.end(), actual.begin(), SameBits);
+    ASSERT_TRUE(fault.first == expected.end())
+        << "float " << fault.first - expected.begin() << ": " << std::hexfloat << *fault.second
+        << " instead of " << *fault.first;
+}
+
+struct Source {
+    const char* szName;
+    std::function<float(std::mt19937&)> next;
+};
+
+float Radiance(std::mt19937& random)
+{
+    return std::exp2(std::uniform_real_distribution<float>(-14, 14)(random));
+}
+
+float Special(std::mt19937& random)
+{
+    using Limits = std::numeric_limits<float>;
+    static constexpr std::array VALUES{0.0F,
+                                       -0.0F,
+                                       1.0F,
+                                       -1.0F,
+                                       Limits::denorm_min(),
+                                       1e-40F,
+                                       -1e-40F,
+                                       -0.000023F,
+                                       0.00001F,
+                                       Limits::min(),
+                                       -2e-5F,
+                                       2.0F,
+                                       -1.5F,
+                                       Limits::max(),
+                                       Limits::lowest(),
+                                       3e37F,
+                                       1e-20F,
+                                       0.98F,
+                                       Limits::infinity(),
+                                       -Limits::infinity(),
+                                       Limits::quiet_NaN()};
+    return random() % 3 ? VALUES[random() % VALUES.size()] : Radiance(random);
+}
+
+const Source SOURCES[] = {
+    {"radiance", Radiance},
+    {"any bits",
+     [](std::mt19937& random) { return std::bit_cast<float>(static_cast<std::uint32_t>(random())); }},
+    {"special values", Special},
+    {"a special value among others",
+     [](std::mt19937& random) { return random() % 16 ? Radiance(random) : Special(random); }},
+};
+
+Floats Drawn(const Source& source, std::size_t nCount, unsigned nSeed)
+{
+    std::mt19937 random(nSeed);
+    Floats values(nCount);
+    std::generate(values.begin(), values.end(), [&] { return source.next(random); });
+    return values;
+}
+
+/// Calls check for rows of all small widths, of all sources, on every instruction set.
+void ForEveryRow(std::size_t nFloatsPerPixel,
+                 const std::function<void(std::size_t nWidth, const Floats&)>& check)
+{
+    OnEveryInstructionSet([&] {
+        for (const Source& source : SOURCES)
+            for (std::size_t nWidth = 0; nWidth <= LARGEST_WIDTH; ++nWidth)
+                for (unsigned nSeed = 0; nSeed < 8; ++nSeed) {
+                    SCOPED_TRACE(testing::Message() << source.szName << ", width " << nWidth);
+                    check(nWidth, Drawn(source, nFloatsPerPixel * nWidth, nSeed));
+                    if (testing::Test::HasFatalFailure())
+                        return;
+                }
+    });
+}
+
+Floats Plane(const Floats& values, std::size_t nPlane)
+{
+    const auto nWidth = static_cast<std::ptrdiff_t>(values.size() / 3);
+    const auto first = values.begin() + static_cast<std::ptrdiff_t>(nPlane) * nWidth;
+    return {first, first + nWidth};
+}
+
+} // namespace
+
+TEST(ToneKernels, ToLuminance)
+{
+    ForEveryRow(3, [](std::size_t nWidth, const Floats& pixels) {
+        Floats expected = pixels, actual = pixels;
+        // Behind them: sum and maximum.
+        expected.insert(expected.end(), {-3.25F, 0.00001F});
+        actual = expected;
+        reference::RowToYxy(expected.data(), nWidth, &expected[3 * nWidth], &expected[3 * nWidth + 1]);
+        if (nWidth > 0)
+            RowToYxy(actual.data(), static_cast<std::int32_t>(nWidth), &actual[3 * nWidth],
+                     &actual[3 * nWidth + 1]);
+        ExpectSame(expected, actual);
+
+        Floats planes[3] = {Plane(pixels, 0), Plane(pixels, 1), Plane(pixels, 2)}, plain[3];
+        std::copy(std::begin(planes), std::end(planes), plain);
+        Floats statistics{0, 1}, plainStatistics = statistics;
+        PlanesToYxy(planes[0].data(), planes[1].data(), planes[2].data(), nWidth, &statistics[0],
+                    &statistics[1]);
+        reference::PlanesToYxy(plain[0].data(), plain[1].data(), plain[2].data(), nWidth, &plainStatistics[0],
+                               &plainStatistics[1]);
+        ExpectSame(plainStatistics, statistics);
+        for (std::size_t c = 0; c < 3; ++c)
+            ExpectSame(plain[c], planes[c]);
+    });
+}
+
+// The sum of logarithms passes powers of two, up and down, and zero; where it is small, each logarithm shows.
+TEST(ToneKernels, SumOfLogarithms)
+{
+    OnEveryInstructionSet([] {
+        std::mt19937 random(5); // NOLINT(bugprone-random-generator-seed): the same pixels each run
+        for (int nRow = 0; nRow < 400; ++nRow) {
+            const float fScale = std::exp2(std::uniform_real_distribution<float>(-20, 20)(random));
+            const float fSpread = static_cast<float>(nRow % 8);
+            std::uniform_real_distribution<float> stops(-fSpread, fSpread);
+            Floats pixels(3 * 1001);
+            for (float& f : pixels)
+                f = fScale * std::exp2(stops(random));
+            const float fStart = nRow % 3 == 0 ? 0.0F : std::ldexp(nRow % 2 ? 1.0F : -1.0F, nRow % 25);
+            Floats expected{fStart, 1.0F}, actual = expected;
+            Floats copy = pixels;
+            reference::RowToYxy(copy.data(), 1001, &expected[0], &expected[1]);
+            RowToYxy(pixels.data(), 1001, &actual[0], &actual[1]);
+            SCOPED_TRACE(nRow);
+            ExpectSame(expected, actual);
+        }
+    });
+}
+
+TEST(ToneKernels, Compression)
+{
+    // From curves of a picture to ones whose parameters are no numbers, or whose bias turns the power round.
+    const float INF = std::numeric_limits<float>::infinity();
+    const struct {
+        float fExposure, fMax, fLogAverage, fBias;
+    } curves[] = {{0, 1000, 1, 0.85F},  {2.5F, 30, -1, 0.85F}, {-5, 0.5F, -4, 0.85F}, {5, 1e30F, 0, 0.85F},
+                  {0, 1, 0, 1},         {0, 1, 0, 1.5F},       {0, 10, 3, 0.0001F},   {0, INF, 0, 0.85F},
+                  {0, 1, INF, 0.85F},   {0, 0, 0, 0.85F},      {0, -1, 0, 0.85F},     {0, 2, 0, -1},
+                  {140, 5, -60, 0.85F}, {0, 1e-30F, 1, 0.85F}, {0, 3e38F, -60, 0.85F}};
+    for (const auto& c : curves) {
+        SCOPED_TRACE(testing::Message() << "maximum " << c.fMax << ", mean " << c.fLogAverage);
+        const ToneCurve curve(c.fExposure, c.fMax, c.fLogAverage, c.fBias);
+        ForEveryRow(3, [&](std::size_t nWidth, const Floats& band) {
+            for (std::size_t nRows = 1; nRows <= TONE_BLOCK; ++nRows) {
+                Floats expected = band, actual = band;
+                reference::CompressBand(expected.data(), nWidth, nRows, curve);
+                CompressBand(actual.data(), nWidth, nRows, curve);
+                ExpectSame(expected, actual);
+            }
+        });
+    }
+}
+
+// So many pixels that some results lie next to the middle between two floats, where only the library tells.
+TEST(ToneKernels, CompressionNearRoundingBoundaries)
+{
+    const ToneCurve curve(0.5F, 300, 0.7F, TONE_BIAS);
+    OnEveryInstructionSet([&] {
+        for (unsigned nSeed = 0; nSeed < 30; ++nSeed) {
+            Floats expected = Drawn(SOURCES[0], 3 * 12000, nSeed), actual = expected;
+            reference::CompressBand(expected.data(), 12000, 3, curve);
+            CompressBand(actual.data(), 12000, 3, curve);
+            ExpectSame(expected, actual);
+        }
+    });
+}
+
+TEST(ToneKernels, BackToRGB)
+{
+    ForEveryRow(3, [](std::size_t nWidth, const Floats& values) {
+        const float* pfXY = values.data() + nWidth;
+        Floats expected(3 * nWidth), actual(3 * nWidth);
+        reference::YxyToRGB(values.data(), pfXY, nWidth, expected.data());
+        YxyToRGB(values.data(), pfXY, static_cast<std::int32_t>(nWidth), actual.data());
+        ExpectSame(expected, actual);
+
+        Floats planes[3] = {Plane(values, 0), Plane(values, 1), Plane(values, 2)}, plain[3];
+        std::copy(std::begin(planes), std::end(planes), plain);
+        PlanesToRGB(planes[0].data(), planes[1].data(), planes[2].data(), nWidth);
+        reference::PlanesToRGB(plain[0].data(), plain[1].data(), plain[2].data(), nWidth);
+        for (std::size_t c = 0; c < 3; ++c)
+            ExpectSame(plain[c], planes[c]);
+    });
+}
+
+namespace {
+
+std::vector<unsigned char> PlainBytes(Floats values, float fGamma)
+{
+    std::vector<unsigned char> bytes(values.size());
+    GammaCorrect(values, fGamma);
+    ClampTop(values);
+    FloatToBytes(values, bytes.data());
+    return bytes;
+}
+
+std::vector<unsigned char> BytesAtOnce(Floats values, const DisplayBytes& displayBytes)
+{
+    std::vector<unsigned char> bytes(values.size());
+    displayBytes.Convert(values, bytes.data());
+    return bytes;
+}
+
+/// Floats around each place where the byte changes, and around where the branches of the curve meet.
+Floats Borders(float fGamma)
+{
+    Floats borders;
+    const auto addAround = [&](float fValue) {
+        const auto nBits = std::bit_cast<std::int32_t>(fValue);
+        for (std::int32_t n = -8; n <= 8; ++n)
+            borders.push_back(std::bit_cast<float>(nBits + n));
+    };
+    const GammaCurve curve(fGamma);
+    addAround(curve.fStart);
+    for (int nByte = 1; nByte < 250; ++nByte) {
+        addAround(static_cast<float>(nByte / 255.0 / curve.fSlope));
+        addAround(std::pow(static_cast<float>((nByte / 255.0 + 0.099) / 1.099), 1 / curve.fExponent));
+    }
+    return borders;
+}
+
+} // namespace
+
+TEST(ToneKernels, Bytes)
+{
+    for (int nSlider = 10; nSlider <= 30; ++nSlider) {
+        const auto fGamma = static_cast<float>(nSlider / 10.0);
+        SCOPED_TRACE(fGamma);
+        const Floats borders = Borders(fGamma);
+        const auto expected = PlainBytes(borders, fGamma);
+        EXPECT_EQ(249, *std::max_element(expected.begin(), expected.end()));
+        OnEveryInstructionSet([&] {
+            const DisplayBytes displayBytes(fGamma);
+            EXPECT_TRUE(displayBytes.HasTable());
+            EXPECT_EQ(expected, BytesAtOnce(borders, displayBytes));
+        });
+    }
+}
+
+TEST(ToneKernels, BytesOfAnyWidth)
+{
+    const DisplayBytes displayBytes(1.8F);
+    ForEveryRow(1, [&](std::size_t, const Floats& values) {
+        EXPECT_EQ(PlainBytes(values, 1.8F), BytesAtOnce(values, displayBytes));
+    });
+}
+
+// From the steepest to the flattest: some have no table, all have their bytes.
+TEST(ToneKernels, BytesBeyondTheSlider)
+{
+    for (const float fGamma : {0.2000001F, 0.21F, 0.3F, 0.5F, 0.65F, 0.7F, 5.0F, 40.0F, 1e4F, 1e9F, 1e30F}) {
+        SCOPED_TRACE(fGamma);
+        Floats values = Borders(fGamma);
+        const Floats any = Drawn(SOURCES[2], 3000, 1), radiance = Drawn(SOURCES[0], 3000, 1);
+        values.insert(values.end(), any.begin(), any.end());
+        values.insert(values.end(), radiance.begin(), radiance.end());
+        const auto expected = PlainBytes(values, fGamma);
+        OnEveryInstructionSet([&] { EXPECT_EQ(expected, BytesAtOnce(values, DisplayBytes(fGamma))); });
+    }
+    EXPECT_FALSE(DisplayBytes(0.5F).HasTable());
+    EXPECT_TRUE(DisplayBytes(5.0F).HasTable());
+}
+
+#ifdef __x86_64__
+// The rows above hardly ever meet a value so near to the middle between two floats.
+TEST(ToneKernels, OnlyTheLibraryTellsNearTheMiddleBetweenFloats)
+{
+    const float fAbove = std::nextafter(0.7F, 1.0F);
+    const double dMiddle = (double{0.7F} + double{fAbove}) / 2;
+    const struct {
+        double dValue;
+        bool bKnown;
+    } cases[] = {{0.7F, true},
+                 {dMiddle, false},
+                 {dMiddle * (1 + Lanes::ELEMENTARY_ERROR), false},
+                 {dMiddle * (1 - Lanes::ELEMENTARY_ERROR), false},
+                 {dMiddle * (1 + 2 * Lanes::ROUNDING_MARGIN), true},
+                 {dMiddle * (1 - 2 * Lanes::ROUNDING_MARGIN), true},
+                 {-dMiddle, false},
+                 {0.0, true},
+                 {std::numeric_limits<double>::infinity(), true},
+                 {std::numeric_limits<double>::quiet_NaN(), false}};
+    for (const auto& c : cases) {
+        const auto known = Lanes::RoundsAlike<Lanes::Sse2>(Lanes::Sse2::Each(c.dValue));
+        EXPECT_EQ(c.bKnown ? Lanes::ALL : 0, Lanes::Bits(known)) << c.dValue;
+    }
+}
+#endif
+
+TEST(ToneKernels, NoneUnderThePlainLimit)
+{
+    const InstructionLimit limit(Util::InstructionSet::Plain);
+    EXPECT_EQ(nullptr, Lanes::Kernels());
+    EXPECT_FALSE(DisplayBytes(2.2F).HasTable());
+}
+
+} // namespace LS::Tests
