@@ -26,6 +26,16 @@ function(ls_bench name)
     set_tests_properties(bench.${name} PROPERTIES LABELS bench TIMEOUT 300)
 endfunction()
 
+# ls_ratios(NAME SOURCES ... LINK targets...): a program with rows of the table that `./test --bench` prints, by
+# RatioTable. Its name ends in _ratios. ctest runs each once, for one round.
+function(ls_ratios name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE ls_flags ls_bench_support ${arg_LINK})
+    add_test(NAME bench.${name} COMMAND ${name} --once)
+    set_tests_properties(bench.${name} PROPERTIES LABELS bench TIMEOUT 300)
+endfunction()
+
 # ls_gui_test(NAME SOURCES ... LINK targets...): a test program that shows windows. It runs twice on displays of
 # its own, with and without a window manager.
 function(ls_gui_test name)

@@ -1,12 +1,12 @@
 // How fast radiance becomes bytes: the three roads, and one move of a slider.
 #include "Util/Paths.h"
+#include "bench/engine/ToneScene.h"
 #include "engine/CacheFolder.h"
 #include "engine/ProgbarSetter.h"
 #include "engine/TMORoutine.h"
 
 #include <benchmark/benchmark.h>
 
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -21,25 +21,9 @@ namespace {
 
 constexpr float GAMMA = 2.2F;
 
-/// A scene with a soft gradient over three decades, some texture, and a few strong edges.
-std::vector<float> Scene(std::int32_t nWidth, std::int32_t nHeight)
-{
-    std::vector<float> vfPixels;
-    vfPixels.reserve(3 * static_cast<std::size_t>(nWidth) * static_cast<std::size_t>(nHeight));
-    for (std::int32_t y = 0; y < nHeight; ++y)
-        for (std::int32_t x = 0; x < nWidth; ++x) {
-            const float fBase = std::pow(10.0F, 3.0F * static_cast<float>(y) / static_cast<float>(nHeight));
-            const bool bLamp = x % 97 < 9 && y % 83 < 9;
-            const float fTexture = 1.0F + 0.2F * static_cast<float>((x * 7 + y * 13) % 17) / 17.0F;
-            const float fLight = (bLamp ? 50.0F : 1.0F) * fBase * fTexture;
-            vfPixels.insert(vfPixels.end(), {fLight, 0.8F * fLight, 0.6F * fLight});
-        }
-    return vfPixels;
-}
-
 std::wstring SceneFile(std::int32_t nWidth, std::int32_t nHeight)
 {
-    const std::vector<float> vfPixels = Scene(nWidth, nHeight);
+    const std::vector<float> vfPixels = LS::Bench::ToneScene(nWidth, nHeight);
     std::wstring sFile = CacheFolder() + L"scene.tmp";
     std::ofstream file(LS::Util::NarrowPath(sFile), std::ios::binary);
     file.write(reinterpret_cast<const char*>(vfPixels.data()),
@@ -59,7 +43,7 @@ void SliderMove(benchmark::State& state)
 {
     const auto nWidth = static_cast<std::int32_t>(state.range(0));
     const auto nHeight = static_cast<std::int32_t>(state.range(1));
-    const std::vector<float> vfPixels = Scene(nWidth, nHeight);
+    const std::vector<float> vfPixels = LS::Bench::ToneScene(nWidth, nHeight);
     while (state.KeepRunning())
         benchmark::DoNotOptimize(ToneMapScaledImage(vfPixels.data(), nWidth, nHeight, 0.5F, GAMMA, nullptr));
     CountPixels(state);
