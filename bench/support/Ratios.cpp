@@ -114,6 +114,19 @@ void RatioTable::Time(const std::string& sWhat, double dTargetMs, const Work& ca
              Text("%.1f", dTime));
 }
 
+void RatioTable::Amount(const std::string& sWhat, const std::string& sUnit, double dTarget,
+                        const std::function<double()>& measure)
+{
+    if (!Wants(sWhat))
+        return;
+    std::vector<double> vdAmounts;
+    for (int i = 0; i < m_nRounds; ++i)
+        vdAmounts.push_back(measure());
+    const double dAmount = Median(vdAmounts);
+    PrintRow(sWhat, Text("%.0f ", dAmount) + sUnit, Text("%.0f ", dTarget) + sUnit,
+             dAmount <= dTarget ? "yes" : "no", "");
+}
+
 void RatioTable::Missing(const std::string& sWhat, const std::string& sReason)
 {
     if (Wants(sWhat))

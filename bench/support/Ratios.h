@@ -33,6 +33,12 @@ public:
     /// @param dTargetMs  milliseconds of CPU time
     void Time(const std::string& sWhat, double dTargetMs, const Work& candidate);
 
+    /// Prints an amount that isn't a time, such as memory.
+    /// @param dTarget  the largest amount that meets the target
+    /// @param measure  gives the amount of one round
+    void Amount(const std::string& sWhat, const std::string& sUnit, double dTarget,
+                const std::function<double()>& measure);
+
     /// Prints a row without a measurement, such as for an instruction set that this machine lacks.
     void Missing(const std::string& sWhat, const std::string& sReason);
 
