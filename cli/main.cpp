@@ -1,4 +1,5 @@
 // The headless program: merges a series named on the command line.
+#include "Util/HeapPolicy.h"
 #include "cli/Cancel.h"
 #include "cli/Console.h"
 #include "cli/MergeJob.h"
@@ -31,6 +32,7 @@ ExitCode Merge(const Options& options)
         console.Error("", "the image library can't be started");
         return ExitCode::Merge;
     }
+    LS::Util::KeepFreedImages();
     RegisterImageHandlers();
     CatchCancelSignals();
     try {

@@ -1,4 +1,5 @@
 // From photographs to source cache files, against its target.
+#include "Util/HeapPolicy.h"
 #include "bench/support/Photographs.h"
 #include "bench/support/Ratios.h"
 #include "image/ImageDecoder.h"
@@ -7,20 +8,21 @@
 
 #include <wx/init.h>
 
-#include <cstdio>
 #include <stdexcept>
 #include <string>
 
 int main(int argc, char** argv)
 {
     const wxInitializer library;
+    LS::Util::KeepFreedImages(); // as the headless program does
     RegisterImageHandlers();
     LS::Bench::RatioTable table(argc, argv);
     const LS::Tests::TempFolder folder;
-    const std::string sPhotograph = folder.File("photograph.jpg"), sSource = folder.File("photograph.tmp");
+    const std::string sPhotograph = folder.File("photograph.jpg");
     LS::Bench::Photographs::WriteJpeg(2, sPhotograph);
+    int nSource = 0;
     const auto convert = [&] {
-        std::remove(sSource.c_str());
+        const std::string sSource = folder.File(std::to_string(++nSource) + ".tmp");
         if (!WriteSourceCacheFile(DecodeImage(sPhotograph).image, sSource, {}))
             throw std::runtime_error("not converted");
     };
