@@ -13,19 +13,12 @@
 #include <cmath>
 #include <cstdint>
 #include <random>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace {
 
 constexpr std::int32_t WIDTH = 6000, HEIGHT = 2000;
-
-void Require(bool bDone)
-{
-    if (!bDone)
-        throw std::runtime_error("not written");
-}
 
 /// Floats of 12 megapixels: smooth shading over six stops with the noise of a sensor, and a blown-out area
 /// that is flat.
@@ -65,11 +58,8 @@ void CompressAlone(const std::vector<Imf::Rgba>& vPixels, const std::string& sPa
     file.writePixels(HEIGHT);
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+void MeasureWriters(LS::Bench::RatioTable& table)
 {
-    LS::Bench::RatioTable table(argc, argv);
     const LS::Tests::TempFolder folder;
     const std::string sCache = folder.File("cache.tmp"), sPicture = folder.File("picture");
     const std::vector<float> vfPixels = Picture();
@@ -78,11 +68,23 @@ int main(int argc, char** argv)
     const std::vector<Imf::Rgba> vHalves = Halves(vfPixels);
     table.Ratio(
         "OpenEXR save, 12 MP: beside PIZ compression alone", 1.08,
-        [&] { Require(WriteOpenExrFile(sCache.c_str(), sPicture.c_str(), WIDTH, HEIGHT, nullptr)); },
+        [&] {
+            LS::Bench::Require(WriteOpenExrFile(sCache.c_str(), sPicture.c_str(), WIDTH, HEIGHT, nullptr),
+                               "not written");
+        },
         [&] { CompressAlone(vHalves, folder.File("alone")); });
     table.Ratio(
         "RGBE save, 12 MP: beside the plain twin", 0.8,
-        [&] { Require(WriteRadianceFile(sCache.c_str(), sPicture.c_str(), WIDTH, HEIGHT, nullptr)); },
+        [&] {
+            LS::Bench::Require(WriteRadianceFile(sCache.c_str(), sPicture.c_str(), WIDTH, HEIGHT, nullptr),
+                               "not written");
+        },
         [&] { LS::Bench::WritePlainRadiance(sCache, folder.File("plain"), WIDTH, HEIGHT); });
-    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return LS::Bench::PrintRows(argc, argv, MeasureWriters);
 }

@@ -16,7 +16,6 @@
 #include <unistd.h>
 
 #include <cstddef>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -27,16 +26,11 @@ namespace {
 constexpr std::size_t SOURCE_ROW = 4 * static_cast<std::size_t>(Photographs::WIDTH);
 constexpr std::size_t MERGED_ROW = 3 * SOURCE_ROW;
 
-void Require(bool bDone, const char* szWhat)
-{
-    if (!bDone)
-        throw std::runtime_error(szWhat);
-}
-
 /// Runs the program to its end. @return its peak memory in MiB
 double Run(std::vector<std::string> vsArguments)
 {
     std::vector<char*> vpArguments;
+    vpArguments.reserve(vsArguments.size() + 1);
     for (std::string& sArgument : vsArguments)
         vpArguments.push_back(sArgument.data());
     vpArguments.push_back(nullptr);
@@ -85,11 +79,8 @@ void WritePicture(const std::string& sPath, const Halves& pixels)
     file.writePixels(Photographs::HEIGHT);
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+void MeasureRun(RatioTable& table)
 {
-    RatioTable table(argc, argv);
     const LS::Tests::TempFolder folder;
     const std::string sPicture = folder.File("merged.exr"), sWork = folder.File("work");
     std::vector<std::string> vsPhotographs;
@@ -121,5 +112,11 @@ int main(int argc, char** argv)
     table.Ratio(
         "5 JPEG of 24 MP to OpenEXR: beside decoding, files, compression", 1.45, [&] { Run(vsArguments); },
         unavoidable);
-    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return PrintRows(argc, argv, MeasureRun);
 }

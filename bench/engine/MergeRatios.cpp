@@ -13,7 +13,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -21,12 +20,6 @@ using namespace LS::Bench;
 using LS::Util::InstructionSet;
 
 namespace {
-
-void Require(bool bDone, const char* szWhat)
-{
-    if (!bDone)
-        throw std::runtime_error(szWhat);
-}
 
 void Merge(const std::vector<std::wstring>& vsFiles)
 {
@@ -44,6 +37,7 @@ void Merge(const std::vector<std::wstring>& vsFiles)
 void ReadAndWrite(const std::vector<std::wstring>& vsFiles, const std::string& sResult)
 {
     std::vector<LS::Util::FileDescriptor> vSources;
+    vSources.reserve(vsFiles.size());
     for (const std::wstring& sFile : vsFiles)
         vSources.emplace_back(::open(LS::Util::NarrowPath(sFile).c_str(), O_RDONLY | O_CLOEXEC));
     ::unlink(sResult.c_str());
@@ -57,11 +51,8 @@ void ReadAndWrite(const std::vector<std::wstring>& vsFiles, const std::string& s
     }
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+void MeasureMerge(RatioTable& table)
 {
-    RatioTable table(argc, argv);
     const LS::Tests::TempFolder folder;
     RedirectCacheFolder(folder.WideFile("hdrcache"));
 
@@ -89,5 +80,11 @@ int main(int argc, char** argv)
             [&] { ReadAndWrite(vsFiles, folder.File("result")); });
     }
     ResetWorkspace(); // while its folder still exists
-    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return PrintRows(argc, argv, MeasureMerge);
 }

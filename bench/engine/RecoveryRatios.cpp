@@ -10,7 +10,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -54,9 +53,33 @@ void SolveAgain(const std::vector<System>& vSystems)
 void Recover(const LS::Tests::SyntheticSeries& series)
 {
     OwnedCurves curves;
-    if (!CalculateCurves(series.vsFiles, series.nWidth, series.nHeight, series.vfShutters, series.vfStops,
-                         series.vfGains, series.vfNDs, curves.Get(), nullptr))
-        throw std::runtime_error("no curves");
+    LS::Bench::Require(CalculateCurves(series.vsFiles, series.nWidth, series.nHeight, series.vfShutters,
+                                       series.vfStops, series.vfGains, series.vfNDs, curves.Get(), nullptr),
+                       "no curves");
+}
+
+void MeasureRecovery(LS::Bench::RatioTable& table)
+{
+    const LS::Tests::TempFolder home;
+    RedirectCacheFolder(home.WideFile("hdrcache"));
+    // The copy of a photograph of 6000 x 4000 pixels that recovery works on.
+    const LS::Tests::SyntheticScene scene = LS::Tests::RenderScene(461, 307);
+    for (const int nImages : {3, 5, 7, 9}) {
+        const std::string sWhat =
+            "recovery, " + std::to_string(nImages) + " images: beside its six calls of the solver";
+        if (!table.Wants(sWhat))
+            continue;
+        const LS::Tests::TempFolder folder;
+        const auto series =
+            LS::Tests::Photograph(folder, scene, LS::Tests::FilmResponse{}, LS::Tests::Bracket(nImages, 2.5));
+        std::vector<System> vSystems;
+        g_pRecording = &vSystems;
+        Recover(series);
+        g_pRecording = nullptr;
+        LS::Bench::Require(vSystems.size() == 6, "not six calls");
+        table.Ratio(
+            sWhat, 1.15, [&] { Recover(series); }, [&] { SolveAgain(vSystems); });
+    }
 }
 
 } // namespace
@@ -80,27 +103,5 @@ extern "C" void dgelss_(const std::int32_t* pnRows, const std::int32_t* pnColumn
 
 int main(int argc, char** argv)
 {
-    LS::Bench::RatioTable table(argc, argv);
-    const LS::Tests::TempFolder home;
-    RedirectCacheFolder(home.WideFile("hdrcache"));
-    // The copy of a photograph of 6000 x 4000 pixels that recovery works on.
-    const LS::Tests::SyntheticScene scene = LS::Tests::RenderScene(461, 307);
-    for (const int nImages : {3, 5, 7, 9}) {
-        const std::string sWhat =
-            "recovery, " + std::to_string(nImages) + " images: beside its six calls of the solver";
-        if (!table.Wants(sWhat))
-            continue;
-        const LS::Tests::TempFolder folder;
-        const auto series =
-            LS::Tests::Photograph(folder, scene, LS::Tests::FilmResponse{}, LS::Tests::Bracket(nImages, 2.5));
-        std::vector<System> vSystems;
-        g_pRecording = &vSystems;
-        Recover(series);
-        g_pRecording = nullptr;
-        if (vSystems.size() != 6)
-            throw std::runtime_error("not six calls");
-        table.Ratio(
-            sWhat, 1.15, [&] { Recover(series); }, [&] { SolveAgain(vSystems); });
-    }
-    return 0;
+    return LS::Bench::PrintRows(argc, argv, MeasureRecovery);
 }

@@ -8,25 +8,31 @@
 
 #include <wx/init.h>
 
-#include <stdexcept>
 #include <string>
 
-int main(int argc, char** argv)
+namespace {
+
+void MeasureConversion(LS::Bench::RatioTable& table)
 {
     const wxInitializer library;
     LS::Util::KeepFreedImages(); // as the headless program does
     RegisterImageHandlers();
-    LS::Bench::RatioTable table(argc, argv);
     const LS::Tests::TempFolder folder;
     const std::string sPhotograph = folder.File("photograph.jpg");
     LS::Bench::Photographs::WriteJpeg(2, sPhotograph);
     int nSource = 0;
     const auto convert = [&] {
         const std::string sSource = folder.File(std::to_string(++nSource) + ".tmp");
-        if (!WriteSourceCacheFile(DecodeImage(sPhotograph).image, sSource, {}))
-            throw std::runtime_error("not converted");
+        LS::Bench::Require(WriteSourceCacheFile(DecodeImage(sPhotograph).image, sSource, {}),
+                           "not converted");
     };
     table.Ratio("JPEG to source cache file, 24 MP: beside decoding alone", 2.1, convert,
                 [&] { LS::Bench::Photographs::DecodeJpeg(sPhotograph); });
-    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return LS::Bench::PrintRows(argc, argv, MeasureConversion);
 }

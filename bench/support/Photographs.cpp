@@ -35,7 +35,7 @@ public:
         for (std::size_t n = 0; n < m_response.size(); ++n) {
             const double dLog = (static_cast<double>(n) / MIDDLE - 1) * DECADES;
             const double dLight = std::pow(60.0 * Shutters()[i] * std::exp(dLog), 1.1);
-            m_response[n] = static_cast<unsigned char>(255 * dLight / (dLight + 1) + 0.5);
+            m_response[n] = static_cast<unsigned char>(std::lround(255 * dLight / (dLight + 1)));
         }
     }
 
@@ -52,7 +52,8 @@ public:
 
 private:
     static constexpr int MIDDLE = 2048;
-    static constexpr int DECADES = 7; // of e
+    static constexpr std::size_t STEPS = 4096; // twice the middle
+    static constexpr int DECADES = 7;          // of e
 
     static float LogRadiance(std::int32_t nColumn, std::int32_t nRow)
     {
@@ -73,7 +74,7 @@ private:
     }
 
     std::uint32_t m_nNoise;
-    std::array<unsigned char, 2 * MIDDLE> m_response{};
+    std::array<unsigned char, STEPS> m_response{};
 };
 
 } // namespace

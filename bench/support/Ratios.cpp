@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
+#include <stdexcept>
 #include <string_view>
 #include <vector>
 
@@ -136,6 +138,24 @@ void RatioTable::Missing(const std::string& sWhat, const std::string& sReason)
 bool RatioTable::Wants(const std::string& sWhat) const
 {
     return sWhat.find(m_sOnly) != std::string::npos;
+}
+
+int PrintRows(int argc, char** argv, const std::function<void(RatioTable& table)>& measure)
+{
+    try {
+        RatioTable table(argc, argv);
+        measure(table);
+        return 0;
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "%s: %s\n", argv[0], e.what());
+        return 1;
+    }
+}
+
+void Require(bool bDone, const char* szOtherwise)
+{
+    if (!bDone)
+        throw std::runtime_error(szOtherwise);
 }
 
 } // namespace LS::Bench

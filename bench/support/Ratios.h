@@ -50,4 +50,12 @@ private:
     std::string m_sOnly;
 };
 
+/// The main function of a program whose preparations can fail.
+/// @param measure  prints its rows
+/// @return the exit code: 0, or 1 after an exception, which is told on the error stream
+int PrintRows(int argc, char** argv, const std::function<void(RatioTable& table)>& measure);
+
+/// Throws std::runtime_error with these words unless bDone.
+void Require(bool bDone, const char* szOtherwise);
+
 } // namespace LS::Bench

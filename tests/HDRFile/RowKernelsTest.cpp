@@ -16,6 +16,7 @@ namespace {
 std::vector<std::uint32_t> Bits(const std::vector<float>& vfValues)
 {
     std::vector<std::uint32_t> vnBits;
+    vnBits.reserve(vfValues.size());
     for (const float f : vfValues)
         vnBits.push_back(std::bit_cast<std::uint32_t>(f));
     return vnBits;
