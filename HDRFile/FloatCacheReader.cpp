@@ -1,6 +1,7 @@
 // Rows of the float cache file on their way into a picture file.
 #include "HDRFile/FloatCacheReader.h"
 
+#include "HDRFile/ScaleRow.h"
 #include "Util/FailureLog.h"
 
 #include <fcntl.h>
@@ -16,7 +17,6 @@ static_assert(std::endian::native == std::endian::little);
 
 namespace {
 
-constexpr double FILE_UNITS = 0.001; // of the merge's units
 constexpr std::string_view TOO_SHORT = "the float cache file is too short";
 
 } // namespace
@@ -48,8 +48,7 @@ bool FloatCacheReader::ReadRow()
     m_vfRow.resize(m_nRowFloats);
     if (!ReadBytes())
         return false;
-    for (float& fValue : m_vfRow)
-        fValue = static_cast<float>(fValue * FILE_UNITS);
+    ScaleRow(m_vfRow);
     return true;
 }
 

@@ -2,6 +2,7 @@
 #include "HDRFile/OpenExr.h"
 
 #include "HDRFile/FloatCacheReader.h"
+#include "HDRFile/HalfRow.h"
 #include "HDRFile/PictureStream.h"
 #include "Util/FailureLog.h"
 
@@ -10,7 +11,6 @@
 #include <ImfIO.h>
 #include <ImfRgbaFile.h>
 #include <ImfThreading.h>
-#include <half.h>
 
 #include <sys/types.h>
 
@@ -94,15 +94,6 @@ const Imf::Rgba* PictureBase(const Imf::Rgba* pRow, std::int32_t y, std::size_t 
     return reinterpret_cast<const Imf::Rgba*>(reinterpret_cast<std::uintptr_t>(pRow) - nOffset);
 }
 
-void ConvertRow(std::span<const float> fRow, std::span<Imf::Rgba> pixels)
-{
-    const float* pfPixel = fRow.data();
-    for (Imf::Rgba& pixel : pixels) {
-        pixel = Imf::Rgba(half(pfPixel[0]), half(pfPixel[1]), half(pfPixel[2]), half(1.0F));
-        pfPixel += 3;
-    }
-}
-
 /// Writes header and rows; false for a failure of the source. The output throws.
 bool WritePicture(CheckedStream& stream, const char* HDRDataFile, std::int32_t nWidth, std::int32_t nHeight,
                   ProgbarSetter* pProgress)
@@ -110,8 +101,10 @@ bool WritePicture(CheckedStream& stream, const char* HDRDataFile, std::int32_t n
     Imf::RgbaOutputFile file(stream, PictureHeader(nWidth, nHeight), Imf::WRITE_RGBA,
                              Imf::globalThreadCount());
     std::vector<Imf::Rgba> rgbaRow(static_cast<std::size_t>(nWidth));
+    static_assert(sizeof(Imf::Rgba) == 4 * sizeof(std::uint16_t));
+    const std::span nHalves(reinterpret_cast<std::uint16_t*>(rgbaRow.data()), 4 * rgbaRow.size());
     const auto writeRow = [&](std::int32_t y, std::span<const float> fRow) {
-        ConvertRow(fRow, rgbaRow);
+        HalfRow(fRow, nHalves);
         file.setFrameBuffer(PictureBase(rgbaRow.data(), y, rgbaRow.size()), 1, rgbaRow.size());
         file.writePixels(1);
         return true;

@@ -4,6 +4,10 @@
 #include <algorithm>
 #include <atomic>
 
+#if defined(__x86_64__)
+#include <cpuid.h>
+#endif
+
 namespace LS::Util {
 
 namespace {
@@ -15,8 +19,11 @@ InstructionSet Detect()
 {
 #if defined(__x86_64__)
     __builtin_cpu_init();
-    // The compiler's run-time also asks whether the system saves the wide registers.
-    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("f16c"))
+    unsigned nA = 0, nB = 0, nFeatures = 0, nD = 0;
+    // The compiler's run-time also asks whether the system saves the wide registers. It has a name for F16C
+    // too, but not every compiler knows that.
+    if (__builtin_cpu_supports("avx2") && __get_cpuid(1, &nA, &nB, &nFeatures, &nD) != 0 &&
+        (nFeatures & bit_F16C) != 0)
         return InstructionSet::Avx2;
 #endif
     return InstructionSet::Baseline;

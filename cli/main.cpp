@@ -1,4 +1,5 @@
 // The headless program: merges a series named on the command line, or those of a folder.
+#include "Util/HeapPolicy.h"
 #include "cli/Batch.h"
 #include "cli/Cancel.h"
 #include "cli/Console.h"
@@ -32,6 +33,7 @@ ExitCode Merge(const Options& options)
         console.Error("", "the image library can't be started");
         return ExitCode::Merge;
     }
+    LS::Util::KeepFreedImages();
     RegisterImageHandlers();
     return MergeJob(options, console).Run();
 }

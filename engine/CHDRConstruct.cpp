@@ -98,6 +98,7 @@ void CHDRConstruct::AddImage(std::unique_ptr<LDRImage> pImage)
     if (!std::isfinite(pImage->fLogExposure)) // it would have no place in the order
         throw std::invalid_argument("the exposure is not finite");
 
+    m_vMask.clear();
     const auto darker = [](float fLogExposure, const std::unique_ptr<LDRImage>& p) {
         return fLogExposure < p->fLogExposure;
     };

@@ -131,9 +131,11 @@ private:
     std::vector<const unsigned char*> Planes(std::int32_t nChannel) const;
     float MeasureInformation(std::size_t nPixel, std::int32_t nChannel);
 
-    std::vector<bool> PixelsThatTakePart() const;
-    bool GatherImage(std::span<SampleRecord> pRecords, std::size_t nImage, std::int32_t nChannel,
-                     const std::vector<bool>& vbMask);
+    class RecordSums;
+
+    std::vector<unsigned char> PixelsThatTakePart() const;
+    void GatherPixels(RecordSums& sums, std::size_t nFirst, std::size_t nEnd, std::int32_t nChannel,
+                      const unsigned char* pDarkest);
     float FinishImage(std::span<SampleRecord> pRecords) const;
     bool FindValueRange(std::span<SampleRecord> pRecords, float fLargestWeight);
 
@@ -148,4 +150,5 @@ private:
                     std::span<const double> vdRadiances, float* pfCurve, ProgbarSetter* pProgress) const;
 
     RecoveryReport m_report;
+    std::vector<unsigned char> m_vMask; ///< 1 for each pixel that takes part; the same for all channels
 };

@@ -49,14 +49,15 @@ std::vector<LDRImage::Plane> ReadPlanes(const std::string& sFile, std::int32_t n
     const auto nColumns = static_cast<std::size_t>(size.nWidth);
     const auto nRows = static_cast<std::size_t>(size.nHeight);
     std::vector<LDRImage::Plane> vPlanes(CURVE_CHANNELS, LDRImage::Plane(nColumns * nRows));
+    const std::size_t nStep = 4 * static_cast<std::size_t>(size.nStepX);
     std::size_t nPixel = 0;
     for (std::size_t y = 0; y < nRows; ++y) {
-        const auto row =
-            file.Data().subspan(y * static_cast<std::size_t>(size.nStepY) * nRowBytes, nRowBytes);
-        for (std::size_t x = 0; x < nColumns; ++x, ++nPixel) {
-            const auto pixel = row.subspan(4 * x * static_cast<std::size_t>(size.nStepX), 4);
-            for (std::size_t c = 0; c < CURVE_CHANNELS; ++c)
-                vPlanes[c][nPixel] = pixel[c + 1];
+        const unsigned char* pPixel =
+            file.Data().subspan(y * static_cast<std::size_t>(size.nStepY) * nRowBytes, nRowBytes).data();
+        for (std::size_t x = 0; x < nColumns; ++x, ++nPixel, pPixel += nStep) {
+            vPlanes[0][nPixel] = pPixel[1];
+            vPlanes[1][nPixel] = pPixel[2];
+            vPlanes[2][nPixel] = pPixel[3];
         }
     }
     return vPlanes;

@@ -19,9 +19,7 @@ bool BuildWeightTable(std::vector<float>& vfWeights);
 /// Finds the lowest and the highest value whose weight is above 0. @return true
 bool FindWeightRange(const std::vector<float>& vfWeights, std::int32_t* pnLow, std::int32_t* pnHigh);
 
-/// Merges one row of all images: the weighted mean of curve(z) / E, with a fallback for pixels that no image
-/// shows usably. Every product, quotient and sum is rounded to 32 bits, left to right, in the order of the
-/// images, so all roads give the same bits.
+/// Merges one row by itself; the arithmetic, and what serves many rows, is in MergeRow.h.
 ///
 /// @param vRows        one row per image, 4 bytes a pixel: ignored, red, green, blue
 /// @param nChannels    3

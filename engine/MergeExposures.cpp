@@ -7,6 +7,7 @@
 #include "engine/CacheFolder.h"
 #include "engine/ExposureMerge.h"
 #include "engine/HDRWorkspace.h"
+#include "engine/MergeRow.h"
 #include "engine/ScaledSize.h"
 
 #include <algorithm>
@@ -189,11 +190,12 @@ bool MergeExposures(const std::vector<std::wstring>& vsLDRFiles, std::int32_t nW
     if (!cache.IsOpen())
         return false;
 
+    const MergeTables tables(vfExposures, vafCurves, vfWeights, nLow, nHigh);
+    const auto pfRow = std::make_unique_for_overwrite<float[]>(3 * Size(nWidth));
     for (std::int32_t y = 0; y < nHeight; ++y) {
         if (!sources.ReadRow())
             return false;
-        const auto pfRow =
-            MergeRow(sources.Rows(), nWidth, 3, vfExposures, vafCurves, vfWeights, nLow, nHigh);
+        MergeRow(tables, sources.Rows(), nWidth, pfRow.get());
         if (pHDRInfo->bCancel) {
             ResetWorkspace();
             return false;

@@ -3,6 +3,7 @@
 
 #include "Util/Assertion.h"
 #include "Util/FailureLog.h"
+#include "image/PackRow.h"
 
 #include <wx/image.h>
 
@@ -12,7 +13,6 @@
 #include <cstddef>
 #include <cstdio>
 #include <memory>
-#include <span>
 #include <vector>
 
 namespace {
@@ -23,17 +23,6 @@ struct FileCloser {
     void operator()(std::FILE* pFile) const noexcept { std::fclose(pFile); }
 };
 using File = std::unique_ptr<std::FILE, FileCloser>;
-
-/// One row of A, R, G, B. @param pAlpha  width bytes, or null
-void PackRow(const unsigned char* pRGB, const unsigned char* pAlpha, std::span<unsigned char> row)
-{
-    for (std::size_t x = 0; x < row.size() / BYTES_PER_PIXEL; ++x) {
-        row[BYTES_PER_PIXEL * x] = pAlpha ? pAlpha[x] : 0;
-        row[BYTES_PER_PIXEL * x + 1] = pRGB[3 * x];
-        row[BYTES_PER_PIXEL * x + 2] = pRGB[3 * x + 1];
-        row[BYTES_PER_PIXEL * x + 3] = pRGB[3 * x + 2];
-    }
-}
 
 enum class Writing { Done, Failed, Stopped };
 

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
+#include <stdexcept>
 #include <string_view>
 #include <vector>
 
@@ -106,11 +108,25 @@ void RatioTable::Time(const std::string& sWhat, double dTargetMs, const Work& ca
 {
     if (!Wants(sWhat))
         return;
-    std::vector<double> vdTimes(static_cast<std::size_t>(m_nRounds));
-    std::generate(vdTimes.begin(), vdTimes.end(), [&] { return Measure(candidate); });
+    std::vector<double> vdTimes;
+    for (int i = 0; i < m_nRounds; ++i)
+        vdTimes.push_back(Measure(candidate));
     const double dTime = Median(vdTimes);
     PrintRow(sWhat, Text("%.1f ms", dTime), Text("%.0f ms", dTargetMs), dTime <= dTargetMs ? "yes" : "no",
              Text("%.1f", dTime));
+}
+
+void RatioTable::Amount(const std::string& sWhat, const std::string& sUnit, double dTarget,
+                        const std::function<double()>& measure)
+{
+    if (!Wants(sWhat))
+        return;
+    std::vector<double> vdAmounts;
+    for (int i = 0; i < m_nRounds; ++i)
+        vdAmounts.push_back(measure());
+    const double dAmount = Median(vdAmounts);
+    PrintRow(sWhat, Text("%.0f ", dAmount) + sUnit, Text("%.0f ", dTarget) + sUnit,
+             dAmount <= dTarget ? "yes" : "no", "");
 }
 
 void RatioTable::Missing(const std::string& sWhat, const std::string& sReason)
@@ -122,6 +138,24 @@ void RatioTable::Missing(const std::string& sWhat, const std::string& sReason)
 bool RatioTable::Wants(const std::string& sWhat) const
 {
     return sWhat.find(m_sOnly) != std::string::npos;
+}
+
+int PrintRows(int argc, char** argv, const std::function<void(RatioTable& table)>& measure)
+{
+    try {
+        RatioTable table(argc, argv);
+        measure(table);
+        return 0;
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "%s: %s\n", argv[0], e.what());
+        return 1;
+    }
+}
+
+void Require(bool bDone, const char* szOtherwise)
+{
+    if (!bDone)
+        throw std::runtime_error(szOtherwise);
 }
 
 } // namespace LS::Bench

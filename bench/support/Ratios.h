@@ -33,6 +33,12 @@ public:
     /// @param dTargetMs  milliseconds of CPU time
     void Time(const std::string& sWhat, double dTargetMs, const Work& candidate);
 
+    /// Prints an amount that isn't a time, such as memory.
+    /// @param dTarget  the largest amount that meets the target
+    /// @param measure  gives the amount of one round
+    void Amount(const std::string& sWhat, const std::string& sUnit, double dTarget,
+                const std::function<double()>& measure);
+
     /// Prints a row without a measurement, such as for an instruction set that this machine lacks.
     void Missing(const std::string& sWhat, const std::string& sReason);
 
@@ -43,5 +49,13 @@ private:
     int m_nRounds = 7;
     std::string m_sOnly;
 };
+
+/// The main function of a program whose preparations can fail.
+/// @param measure  prints its rows
+/// @return the exit code: 0, or 1 after an exception, which is told on the error stream
+int PrintRows(int argc, char** argv, const std::function<void(RatioTable& table)>& measure);
+
+/// Throws std::runtime_error with these words unless bDone.
+void Require(bool bDone, const char* szOtherwise);
 
 } // namespace LS::Bench

@@ -2,6 +2,7 @@
 #include "engine/ExposureMerge.h"
 
 #include "engine/ResponseCurve.h"
+#include "tests/support/InstructionSets.h"
 
 #include <gtest/gtest.h>
 
@@ -150,15 +151,17 @@ TEST(MergeRow, EqualsItsDefinitionBitForBit)
             for (float& fE : E)
                 fE = std::exp2(std::uniform_real_distribution<float>(-16, 8)(random));
 
-            const std::vector<Result> vMerged = Merge(vImages, E, curves.pointers);
-            for (std::size_t x = 0; x < nWidth; ++x) {
-                std::vector<Pixel> vPixel;
-                vPixel.reserve(nImages);
-                for (const auto& image : vImages)
-                    vPixel.push_back(image[x]);
-                ASSERT_TRUE(SameBits(MergeByDefinition(vPixel, E, curves.pointers), vMerged[x]))
-                    << nImages << " images, width " << nWidth << ", x " << x;
-            }
+            LS::Tests::OnEveryInstructionSet([&] {
+                const std::vector<Result> vMerged = Merge(vImages, E, curves.pointers);
+                for (std::size_t x = 0; x < nWidth; ++x) {
+                    std::vector<Pixel> vPixel;
+                    vPixel.reserve(nImages);
+                    for (const auto& image : vImages)
+                        vPixel.push_back(image[x]);
+                    ASSERT_TRUE(SameBits(MergeByDefinition(vPixel, E, curves.pointers), vMerged[x]))
+                        << nImages << " images, width " << nWidth << ", x " << x;
+                }
+            });
         }
 }
 

@@ -1,0 +1,90 @@
+// The writers against their targets: OpenEXR beside its compression, RGBE beside the plain twin.
+#include "HDRFile/OpenExr.h"
+#include "HDRFile/Radiance.h"
+#include "bench/HDRFile/PlainRadiance.h"
+#include "bench/support/Ratios.h"
+#include "tests/support/TempFolder.h"
+
+#include <ImathBox.h>
+#include <ImfHeader.h>
+#include <ImfRgbaFile.h>
+#include <half.h>
+
+#include <cmath>
+#include <cstdint>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr std::int32_t WIDTH = 6000, HEIGHT = 2000;
+
+/// Floats of 12 megapixels: smooth shading over six stops with the noise of a sensor, and a blown-out area
+/// that is flat.
+std::vector<float> Picture()
+{
+    std::mt19937 random(1);
+    std::normal_distribution<float> noise(1.0F, 0.02F);
+    std::vector<float> vfPixels;
+    vfPixels.reserve(3UL * WIDTH * HEIGHT);
+    for (int y = 0; y < HEIGHT; ++y)
+        for (int x = 0; x < WIDTH; ++x) {
+            const auto fStops = static_cast<float>(3 * std::sin(x * 0.0015) * std::cos(y * 0.002));
+            const bool bBlownOut = fStops > 2.7F;
+            for (const float fTint : {1.0F, 0.8F, 0.6F})
+                vfPixels.push_back(bBlownOut ? 8000.0F : 1000 * fTint * std::exp2(fStops) * noise(random));
+        }
+    return vfPixels;
+}
+
+std::vector<Imf::Rgba> Halves(const std::vector<float>& vfPixels)
+{
+    std::vector<Imf::Rgba> vPixels;
+    vPixels.reserve(vfPixels.size() / 3);
+    const auto value = [](float f) { return half(static_cast<float>(f * 0.001)); };
+    for (std::size_t i = 0; i < vfPixels.size(); i += 3)
+        vPixels.emplace_back(value(vfPixels[i]), value(vfPixels[i + 1]), value(vfPixels[i + 2]), half(1.0F));
+    return vPixels;
+}
+
+/// The library alone, from pixels that lie ready in memory.
+void CompressAlone(const std::vector<Imf::Rgba>& vPixels, const std::string& sPath)
+{
+    const Imath::Box2i window(Imath::V2i(0, 0), Imath::V2i(WIDTH - 1, HEIGHT - 1));
+    const Imf::Header header(window, window, 1, Imath::V2f(0, 0), 1, Imf::INCREASING_Y, Imf::PIZ_COMPRESSION);
+    Imf::RgbaOutputFile file(sPath.c_str(), header, Imf::WRITE_RGBA, 0);
+    file.setFrameBuffer(vPixels.data(), 1, WIDTH);
+    file.writePixels(HEIGHT);
+}
+
+void MeasureWriters(LS::Bench::RatioTable& table)
+{
+    const LS::Tests::TempFolder folder;
+    const std::string sCache = folder.File("cache.tmp"), sPicture = folder.File("picture");
+    const std::vector<float> vfPixels = Picture();
+    LS::Tests::WriteElements(sCache, vfPixels);
+
+    const std::vector<Imf::Rgba> vHalves = Halves(vfPixels);
+    table.Ratio(
+        "OpenEXR save, 12 MP: beside PIZ compression alone", 1.08,
+        [&] {
+            LS::Bench::Require(WriteOpenExrFile(sCache.c_str(), sPicture.c_str(), WIDTH, HEIGHT, nullptr),
+                               "not written");
+        },
+        [&] { CompressAlone(vHalves, folder.File("alone")); });
+    table.Ratio(
+        "RGBE save, 12 MP: beside the plain twin", 0.8,
+        [&] {
+            LS::Bench::Require(WriteRadianceFile(sCache.c_str(), sPicture.c_str(), WIDTH, HEIGHT, nullptr),
+                               "not written");
+        },
+        [&] { LS::Bench::WritePlainRadiance(sCache, folder.File("plain"), WIDTH, HEIGHT); });
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return LS::Bench::PrintRows(argc, argv, MeasureWriters);
+}
