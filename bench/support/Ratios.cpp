@@ -122,6 +122,7 @@ void RatioTable::Amount(const std::string& sWhat, const std::string& sUnit, doub
     if (!Wants(sWhat))
         return;
     std::vector<double> vdAmounts;
+    vdAmounts.reserve(static_cast<std::size_t>(m_nRounds));
     for (int i = 0; i < m_nRounds; ++i)
         vdAmounts.push_back(measure());
     const double dAmount = Median(vdAmounts);
