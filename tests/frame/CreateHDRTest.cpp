@@ -2,7 +2,6 @@
 #include "tests/frame/FrameFixture.h"
 
 #include "Util/Paths.h"
-#include "Util/PixelBuffer.h"
 #include "Widgets/StaticPicture.h"
 #include "engine/CacheFolder.h"
 #include "engine/HDRRoutine.h"
@@ -17,7 +16,6 @@
 #include <wx/aui/auibook.h>
 #include <wx/checkbox.h>
 #include <wx/choice.h>
-#include <wx/slider.h>
 #include <wx/textctrl.h>
 
 #include <filesystem>
@@ -63,12 +61,6 @@ struct WithCurves { // before the window, which reads the folder
 
 class Merge : protected WithCurves, public FrameTest {
 protected:
-    void Load(const std::vector<std::string>& vsPaths)
-    {
-        m_frame->AddFiles(Paths(vsPaths));
-        Pump();
-    }
-
     void Run() { Command(ID_CREATE_HDR); }
 
     /// What the engine holds now, as an OpenEXR file; empty without a result.
@@ -89,13 +81,6 @@ protected:
         return ReadBytes(sPath);
     }
 
-    bool PreviewShows(float fExposure, float fGamma) const
-    {
-        int nWidth = 0, nHeight = 0;
-        LS::Util::PixelBuffer pPixels(ToneMapScaled(fExposure, fGamma, &nWidth, &nHeight));
-        return pPixels && SamePixels(wxImage(nWidth, nHeight, pPixels.release()), Shown(Preview(), SIZE));
-    }
-
     wxChoice& CurveList() const { return Find<wxChoice>("choice"); }
     void ChooseCurve(const wxString& name) const
     {
@@ -106,20 +91,6 @@ protected:
     {
         const auto* const item = m_frame->GetSizer()->GetItem(std::size_t{0});
         return static_cast<std::size_t>(dynamic_cast<wxAuiNotebook&>(*item->GetWindow()).GetSelection());
-    }
-
-    /// Whether the window believes that something is to be saved.
-    bool AsksToSave()
-    {
-        int nAsked = 0;
-        const ModalAnswer answer([&nAsked](wxDialog&) {
-            ++nAsked;
-            return wxID_CANCEL;
-        });
-        m_frame->Close();
-        if (nAsked == 0)
-            m_frame->Show(); // closed now, but it goes at idle time only
-        return nAsked == 1;
     }
 };
 
@@ -140,10 +111,13 @@ TEST_F(Merge, EachCurveModeGivesWhatTheProgramWithoutWindowsGives)
         std::vector<std::string> vsOptions;
     };
     const std::string sSaved = m_folder.File("saved.crv");
+    const std::string sPadded = m_folder.File("padded.crv"); // what the short one lacks is 0
+    fs::copy_file(m_curves.File("short.crv"), sPadded);
+    fs::resize_file(sPadded, fs::file_size(m_curves.File("linear.crv")));
     const Case cases[] = {
         {"Standard", ID_EXISTING_CURVE, "Standard", true, {}},
         {"a saved curve", ID_EXISTING_CURVE, "linear.crv", true, {"--curve", m_curves.File("linear.crv")}},
-        {"a short curve", ID_EXISTING_CURVE, "short.crv", false, {"--curve", m_curves.File("short.crv")}},
+        {"a short curve", ID_EXISTING_CURVE, "short.crv", false, {"--curve", sPadded}},
         {"calculated", ID_CALCULATE_CURVE, "linear.crv", false, {"--curve", "calculate"}},
         {"calculated and saved",
          ID_CALCULATE_CURVE,
@@ -162,7 +136,7 @@ TEST_F(Merge, EachCurveModeGivesWhatTheProgramWithoutWindowsGives)
         std::vector<std::string> vsArguments = vsSources;
         vsArguments.insert(vsArguments.end(), c.vsOptions.begin(), c.vsOptions.end());
         EXPECT_EQ(Expected(vsArguments), Result());
-        EXPECT_TRUE(PreviewShows(0, 2.2F));
+        EXPECT_TRUE(PreviewShows(SIZE, 0, 2.2F));
         EXPECT_EQ(1U, PageOnTop());
         EXPECT_EQ(c.nMode == ID_CALCULATE_CURVE && c.bSave, fs::exists(m_curves.File("new.crv")));
     }
@@ -325,6 +299,26 @@ TEST_F(Merge, ASourceThatDoesNotDecodeEndsIt)
     }
 }
 
+TEST_F(Merge, SizesThatNobodyToldFailCleanly)
+{
+    const auto vsSources = Series(1, SIZE); // no size among their tags, which reads as -1
+    for (const bool bExif : {true, false}) {
+        SCOPED_TRACE(bExif);
+        if (!bExif)
+            SetExif(vsSources[0], {}); // size 0
+        Load({vsSources[0]});
+        Run();
+        EXPECT_TRUE(IsOn(wxID_SAVE));
+        // Its converted pixels stay when a row goes, so the one that comes again is not decoded.
+        Press(wxID_REPLACE);
+        ChooseImages({vsSources[0]});
+        Press(wxID_ADD);
+        const ExpectedBoxes none({});
+        Run();
+        EXPECT_FALSE(IsOn(wxID_SAVE));
+    }
+}
+
 TEST_F(Merge, CancelEndsItWhereverItComes)
 {
     Load(Series(4, wxSize(300, 300)));
@@ -363,10 +357,7 @@ TEST_F(Merge, ACancelledSecondRunLeavesThePictureAndNothingToSave)
     EXPECT_EQ(Bytes(), Result());
 
     ChooseBitDepth(1);
-    auto& slider = Find<wxSlider>(ID_EXPOSURE);
-    slider.SetValue(30);
-    wxScrollEvent release(wxEVT_SCROLL_THUMBRELEASE, ID_EXPOSURE, 30);
-    slider.GetEventHandler()->ProcessEvent(release);
+    Slide(ID_EXPOSURE, 30);
     EXPECT_TRUE(SamePixels(picture, Shown(Preview(), SIZE)));
     const ExpectedBoxes none({}); // nothing is to be saved any more
     Load(Series(2, SIZE));

@@ -1,19 +1,24 @@
 // The main window under test.
 #include "tests/frame/FrameFixture.h"
 
+#include "Util/PixelBuffer.h"
 #include "Widgets/StaticPicture.h"
 #include "Widgets/lsProgressDialog.h"
 #include "Widgets/lsRadioButton.h"
+#include "engine/HDRRoutine.h"
 #include "frame/FileDialogs.h"
 #include "frame/Messages.h"
+#include "frame/SourceGrid.h"
 #include "image/ImageCache.h"
 #include "tests/cli/Photographs.h"
+#include "tests/support/Screen.h"
 
 #include <exiv2/exiv2.hpp>
 #include <wx/app.h>
 #include <wx/button.h>
 #include <wx/choice.h>
 #include <wx/combobox.h>
+#include <wx/filedlg.h>
 #include <wx/gauge.h>
 #include <wx/menu.h>
 #include <wx/msgdlg.h>
@@ -85,6 +90,19 @@ int ExpectedBoxes::Answer(wxDialog& dialog)
     EXPECT_EQ(box.style & SHOWN, message->GetMessageDialogStyle() & SHOWN) << box.text;
     EXPECT_EQ("Tolvanic Lumistrand", message->GetTitle());
     return box.nAnswer;
+}
+
+ModalAnswer::Answer ChooseFile(const std::string& sPath, int nFormat)
+{
+    return [=](wxDialog& dialog) {
+        auto& files = dynamic_cast<wxFileDialog&>(dialog);
+        if (sPath.empty())
+            return static_cast<int>(wxID_CANCEL);
+        files.SetPath(wxString::FromUTF8(sPath));
+        files.SetFilterIndex(nFormat);
+        Pump(80); // the toolkit fills its answers in later
+        return static_cast<int>(wxID_OK);
+    };
 }
 
 CancelledJob::CancelledJob(int nPercent) : m_nPercent(nPercent)
@@ -185,6 +203,13 @@ wxImage FrameTest::Shown(LS::Widgets::lsStaticPicture& control, wxSize size)
     return all.GetSubImage(wxRect(wxPoint(room.x / 2, room.y / 2), size));
 }
 
+bool FrameTest::PreviewShows(wxSize size, float fExposure, float fGamma) const
+{
+    std::int32_t nWidth = 0, nHeight = 0;
+    Util::PixelBuffer pPixels(ToneMapScaled(fExposure, fGamma, &nWidth, &nHeight));
+    return pPixels && SamePixels(wxImage(nWidth, nHeight, pPixels.release()), Shown(Preview(), size));
+}
+
 void FrameTest::ChooseCurveMode(int nId)
 {
     Find<wxRadioButton>(nId).SetValue(true);
@@ -200,6 +225,15 @@ void FrameTest::ChooseBitDepth(int nPosition)
     event.SetInt(nPosition);
     event.SetEventObject(&choice);
     choice.GetEventHandler()->ProcessEvent(event);
+}
+
+void FrameTest::Slide(int nId, int nPosition, wxEventType type) const
+{
+    auto& slider = Find<wxSlider>(nId);
+    slider.SetValue(nPosition);
+    wxScrollEvent event(type, nId, nPosition, wxHORIZONTAL);
+    event.SetEventObject(&slider);
+    slider.GetEventHandler()->ProcessEvent(event);
 }
 
 void FrameTest::EditCell(int nRow, int nColumn, const wxString& text) const
@@ -221,6 +255,23 @@ void FrameTest::ClickCell(int nRow, int nColumn) const
 {
     wxGridEvent event(Grid().GetId(), wxEVT_GRID_CELL_LEFT_CLICK, &Grid(), nRow, nColumn);
     Grid().GetEventHandler()->ProcessEvent(event);
+}
+
+bool FrameTest::AsksToSave() const
+{
+    int nAsked = 0;
+    const ModalAnswer answer([&nAsked](wxDialog&) {
+        ++nAsked;
+        return wxID_CANCEL;
+    });
+    m_frame->AddFiles(Paths(Column(COL_PATH))); // asks as closing does
+    return nAsked == 1;
+}
+
+void FrameTest::Load(const std::vector<std::string>& vsPaths) const
+{
+    m_frame->AddFiles(Paths(vsPaths));
+    Pump();
 }
 
 std::vector<std::string> FrameTest::Column(int nColumn) const

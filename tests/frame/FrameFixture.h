@@ -48,6 +48,10 @@ private:
     ModalAnswer m_answer;
 };
 
+/// Answers the question for a 32-bit file. An empty path cancels it.
+/// @param nFormat  the position in the list of formats
+ModalAnswer::Answer ChooseFile(const std::string& sPath, int nFormat);
+
 /// Presses Cancel in the progress dialog of the next job, once that shows a position.
 class CancelledJob {
 public:
@@ -95,6 +99,9 @@ protected:
     /// What a picture control shows, where the picture has this size.
     static wxImage Shown(LS::Widgets::lsStaticPicture& control, wxSize size);
 
+    /// Whether the preview is that of a series of this size, mapped with these values.
+    bool PreviewShows(wxSize size, float fExposure, float fGamma) const;
+
     /// Sends a command as its menu item does; nothing if the item is off.
     void Command(int nId);
     bool IsOn(int nId) const; ///< menu item and tool, which must agree
@@ -108,12 +115,21 @@ protected:
     /// Moves to another entry of Bit Depth as a user does.
     void ChooseBitDepth(int nPosition);
 
+    /// Moves a slider and sends what the toolkit sends for it.
+    void Slide(int nId, int nPosition, wxEventType type = wxEVT_SCROLL_THUMBRELEASE) const;
+
     /// Opens the editor of a cell, enters a text and closes it. A text that a list lacks is not entered where
     /// the editor refuses others.
     void EditCell(int nRow, int nColumn, const wxString& text) const;
 
     /// Clicks on a cell, as far as the grid is concerned.
     void ClickCell(int nRow, int nColumn) const;
+
+    /// Whether the window believes that a result is to be saved. If not, its series starts anew.
+    bool AsksToSave() const;
+
+    /// Starts a series as a start with these files does.
+    void Load(const std::vector<std::string>& vsPaths) const;
 
     /// The texts of a column, from the top.
     std::vector<std::string> Column(int nColumn) const;
