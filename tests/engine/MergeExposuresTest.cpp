@@ -94,11 +94,6 @@ std::vector<float> FloatFile(const std::wstring& sPath)
     return vfValues;
 }
 
-void EmptyCacheFolder()
-{
-    DeleteCacheFiles(CacheFolder());
-}
-
 std::size_t FilesInCacheFolder()
 {
     if (!fs::exists(CacheFolder()))
