@@ -43,6 +43,15 @@ bool wxGridCellNumChoiceEditor::EndEdit(int, int, const wxGrid*, const wxString&
     return true;
 }
 
+/// Where only the list may be picked from, the base would show its first entry for a number that the list
+/// lacks, and leaving the cell would then take that entry in.
+void wxGridCellNumChoiceEditor::Reset()
+{
+    wxGridCellChoiceEditor::Reset();
+    if (!m_allowOthers && Combo()->FindString(m_value) == wxNOT_FOUND)
+        Combo()->SetSelection(wxNOT_FOUND);
+}
+
 wxGridCellEditor* wxGridCellNumChoiceEditor::Clone() const
 {
     return new wxGridCellNumChoiceEditor(*this);

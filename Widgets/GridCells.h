@@ -5,7 +5,7 @@
 
 /// A drop-down list for numbers. The text that is picked or typed may be a number or a fraction such as
 /// "1/125"; the cell receives its value with four decimals. A text that is no number within the limits leaves
-/// the cell as it was and sends no event.
+/// the cell as it was and sends no event, and so does an edit that is left without a choice.
 class wxGridCellNumChoiceEditor : public wxGridCellChoiceEditor {
 public:
     /// @param a, b         the limits, both included, in either order
@@ -14,6 +14,7 @@ public:
     wxGridCellNumChoiceEditor(const wxGridCellNumChoiceEditor& other) = default;
 
     bool EndEdit(int row, int col, const wxGrid* grid, const wxString& oldval, wxString* newval) override;
+    void Reset() override;
     wxGridCellEditor* Clone() const override;
 
 private:
