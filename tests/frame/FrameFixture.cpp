@@ -140,7 +140,14 @@ void SetExif(const std::string& sPath, const std::map<std::string, std::string>&
 }
 
 FrameTest::FrameTest()
-    : m_frame(new LumiStrandHDRFrm(nullptr, wxID_ANY, "Tolvanic Lumistrand - Create HDR Image"))
+    : m_frame(new LumiStrandHDRFrm(nullptr, wxID_ANY, "Tolvanic Lumistrand - Create HDR Image")),
+      m_unexpected([](wxDialog& dialog) {
+          const auto* const message = dynamic_cast<wxMessageDialog*>(&dialog);
+          if (!message && !dynamic_cast<wxFileDialog*>(&dialog))
+              return wxID_NONE;
+          ADD_FAILURE() << "unexpected: " << (message ? message->GetMessage() : dialog.GetTitle());
+          return wxID_CANCEL;
+      })
 {
     ImageCache::SetMessageSink(ShowError);
     ShowAndWait(*m_frame);
@@ -161,7 +168,7 @@ void FrameTest::Command(int nId)
         return;
     wxCommandEvent event(wxEVT_MENU, nId);
     m_frame->GetEventHandler()->ProcessEvent(event);
-    Pump();
+    Pump(2);
 }
 
 bool FrameTest::IsOn(int nId) const
@@ -175,14 +182,14 @@ bool FrameTest::IsOn(int nId) const
 
 void FrameTest::Press(int nId)
 {
-    Pump(); // idle time may take the button away
+    Pump(2); // idle time may take the button away
     auto& button = Find<LS::Widgets::lsRadioButton>(nId);
     if (!button.IsEnabled())
         return;
     wxCommandEvent event(lsEVT_RADIOBUTTON_CLICKED, nId);
     event.SetEventObject(&button);
     button.GetEventHandler()->ProcessEvent(event);
-    Pump();
+    Pump(2);
 }
 
 LS::Widgets::lsStaticPicture& FrameTest::Thumbnail() const
@@ -271,7 +278,7 @@ bool FrameTest::AsksToSave() const
 void FrameTest::Load(const std::vector<std::string>& vsPaths) const
 {
     m_frame->AddFiles(Paths(vsPaths));
-    Pump();
+    Pump(2);
 }
 
 std::vector<std::string> FrameTest::Column(int nColumn) const

@@ -143,6 +143,9 @@ protected:
 
     TempFolder m_folder;
     LumiStrandHDRFrm* m_frame;
+
+private:
+    ModalAnswer m_unexpected; // is asked last; a box that waits for an answer would stop the tests
 };
 
 } // namespace LS::Tests

@@ -209,7 +209,7 @@ TEST_F(SourceList, EqualsItsModelThroughRandomOperations)
     Load(vsFirst);
     model.New(vsFirst);
 
-    constexpr int STEPS = 250;
+    constexpr int STEPS = 150;
     for (int nStep = 0; nStep < STEPS && !HasFailure(); ++nStep) {
         const int nOperation = below(12);
         SCOPED_TRACE(testing::Message() << "step " << nStep << ", operation " << nOperation);
@@ -344,8 +344,7 @@ TEST_F(SourceList, NumberCellsTakeWhatTheirEditorsTake)
         Grid().EnableCellEditControl();
         const wxGridCellEditorPtr editor(Grid().GetCellEditor(nRow, COL_SHUTTER));
         EXPECT_EQ(nRow >= WINDOW_ROWS, editor->GetControl()->HasFlag(wxCB_READONLY)) << "row " << nRow;
-        wxUIActionSimulator().Char(WXK_ESCAPE);
-        Pump();
+        Grid().DisableCellEditControl(); // left as it was
     }
     // A move there and back writes the rows anew, from the records.
     Select({1, 2, 3, 4, 5, 6});
