@@ -29,9 +29,19 @@ wxGridCellNumChoiceEditor::wxGridCellNumChoiceEditor(int count, const wxString c
 {
 }
 
+/// Where only the list may be picked from, the base shows its first entry for a number that the list lacks,
+/// and leaving the cell would then take that entry in.
+void wxGridCellNumChoiceEditor::BeginEdit(int row, int col, wxGrid* grid)
+{
+    wxGridCellChoiceEditor::BeginEdit(row, col, grid);
+    if (!m_allowOthers && Combo()->FindString(m_value) == wxNOT_FOUND)
+        Combo()->SetSelection(wxNOT_FOUND);
+}
+
 bool wxGridCellNumChoiceEditor::EndEdit(int, int, const wxGrid*, const wxString& oldval, wxString* newval)
 {
-    const wxString typed = Combo()->GetValue();
+    // Without a selection the toolkit tells the last one as the value.
+    const wxString typed = m_allowOthers ? Combo()->GetValue() : Combo()->GetStringSelection();
     if (typed == oldval)
         return false;
     const auto text = NumberCellText(typed, m_min, m_max);
@@ -41,15 +51,6 @@ bool wxGridCellNumChoiceEditor::EndEdit(int, int, const wxGrid*, const wxString&
     if (newval != nullptr)
         *newval = *text;
     return true;
-}
-
-/// Where only the list may be picked from, the base would show its first entry for a number that the list
-/// lacks, and leaving the cell would then take that entry in.
-void wxGridCellNumChoiceEditor::Reset()
-{
-    wxGridCellChoiceEditor::Reset();
-    if (!m_allowOthers && Combo()->FindString(m_value) == wxNOT_FOUND)
-        Combo()->SetSelection(wxNOT_FOUND);
 }
 
 wxGridCellEditor* wxGridCellNumChoiceEditor::Clone() const

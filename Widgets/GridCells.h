@@ -13,8 +13,8 @@ public:
     wxGridCellNumChoiceEditor(int count, const wxString choices[], float a, float b, bool allowOthers);
     wxGridCellNumChoiceEditor(const wxGridCellNumChoiceEditor& other) = default;
 
+    void BeginEdit(int row, int col, wxGrid* grid) override;
     bool EndEdit(int row, int col, const wxGrid* grid, const wxString& oldval, wxString* newval) override;
-    void Reset() override;
     wxGridCellEditor* Clone() const override;
 
 private:
