@@ -1,4 +1,5 @@
-// The command Create HDR Image: what it merges, what it refuses, and how it ends when it is cancelled or fails.
+// The command Create HDR Image: what it merges, what it refuses, and how it ends when it is cancelled or
+// fails.
 #include "tests/frame/FrameFixture.h"
 
 #include "Util/Paths.h"
@@ -405,8 +406,8 @@ TEST_F(Merge, MoreImagesThanFilesMayBeOpenFailCleanly)
     for (int i = 0; i < IMAGES; ++i) {
         vsPaths.push_back(m_folder.File(std::to_string(i) + ".jpg"));
         fs::copy_file(sFirst, vsPaths.back());
-        SetExif(vsPaths.back(), {{"Exif.Photo.ExposureTime", "1/" + std::to_string(i + 1)},
-                                 {"Exif.Photo.FNumber", "8/1"}});
+        SetExif(vsPaths.back(),
+                {{"Exif.Photo.ExposureTime", "1/" + std::to_string(i + 1)}, {"Exif.Photo.FNumber", "8/1"}});
     }
     Load(vsPaths);
     const ExpectedBoxes none({});

@@ -13,9 +13,8 @@
 #include <wx/textctrl.h>
 #include <wx/uiaction.h>
 
-#include <set>
-
 using namespace LS::Tests;
+using testing::ElementsAre;
 
 namespace {
 
@@ -27,21 +26,25 @@ protected:
         Pump();
     }
 
-    /// The windows that have the focus on a walk with Tab, for longer than one round.
-    static std::set<const wxWindow*> WalkFrom(wxWindow& first)
+    /// The ids of the windows that get the focus on a walk with Tab, up to where it began. The toolkit gives
+    /// it to the button inside a choice, which the library doesn't know: that one has the id CHOICE.
+    static constexpr int CHOICE = 0;
+    std::vector<int> Round(wxWindow& first) const
     {
-        constexpr int STEPS = 16;
+        constexpr std::size_t LONGEST = 16;
         first.SetFocus();
         Pump();
-        std::set<const wxWindow*> reached;
-        for (int i = 0; i < STEPS; ++i) {
-            for (const wxWindow* window = wxWindow::FindFocus(); window; window = window->GetParent())
-                reached.insert(window); // the grid's focus is that of a part of it
+        std::vector<int> ids;
+        do {
+            const wxWindow* const focus = wxWindow::FindFocus();
+            ids.push_back(focus ? focus->GetId() : CHOICE);
             Press(WXK_TAB);
-        }
-        return reached;
+        } while (wxWindow::FindFocus() != &first && ids.size() < LONGEST);
+        return ids;
     }
 };
+
+constexpr int TABS = 5380; // the tabs of the notebook: their keys are the arrows
 
 } // namespace
 
@@ -50,25 +53,22 @@ TEST_F(Keyboard, TabReachesEveryControlOfThePages)
     Load(Series(3));
     Grid().SelectRow(1, false);
     Pump();
-    std::vector<const wxWindow*> list{&Grid()};
-    for (const int nId : {wxID_ADD, wxID_REPLACE, wxID_UP, wxID_DOWN})
-        list.push_back(&Find<LS::Widgets::lsRadioButton>(nId));
-
-    auto existing = list;
-    existing.insert(existing.end(), {&Find<wxRadioButton>(ID_EXISTING_CURVE), &Find<wxChoice>("choice")});
-    EXPECT_THAT(WalkFrom(Grid()), testing::IsSupersetOf(existing));
+    EXPECT_THAT(Round(Grid()), ElementsAre(Grid().GetId(), ID_EXISTING_CURVE, CHOICE, TABS, wxID_ADD,
+                                           wxID_REPLACE, wxID_UP, wxID_DOWN));
+    EXPECT_EQ((std::vector{1}), SelectedRows(Grid())) << "the buttons work on it";
+    Press(WXK_TAB, wxMOD_SHIFT);
+    EXPECT_EQ(wxID_DOWN, wxWindow::FindFocus()->GetId());
 
     ChooseCurveMode(ID_CALCULATE_CURVE);
-    auto calculate = list;
-    calculate.insert(calculate.end(), {&Find<wxRadioButton>(ID_CALCULATE_CURVE),
-                                       &Find<wxCheckBox>("check"), &Find<wxTextCtrl>("text")});
-    EXPECT_THAT(WalkFrom(Grid()), testing::IsSupersetOf(calculate));
+    Find<wxCheckBox>("check").SetValue(false);
+    EXPECT_THAT(Round(Grid()),
+                ElementsAre(Grid().GetId(), ID_CALCULATE_CURVE, Find<wxCheckBox>("check").GetId(),
+                            Find<wxTextCtrl>("text").GetId(), TABS, wxID_ADD, wxID_REPLACE, wxID_UP,
+                            wxID_DOWN));
 
     Command(ID_CREATE_HDR);
     ChooseBitDepth(BIT_DEPTH_8);
-    const std::vector<const wxWindow*> result{&Find<wxChoice>(ID_BIT_DEPTH), &Find<wxSlider>(ID_EXPOSURE),
-                                              &Find<wxSlider>(ID_GAMMA)};
-    EXPECT_THAT(WalkFrom(Find<wxChoice>(ID_BIT_DEPTH)), testing::IsSupersetOf(result));
+    EXPECT_THAT(Round(Find<wxSlider>(ID_EXPOSURE)), ElementsAre(ID_EXPOSURE, ID_GAMMA, TABS, CHOICE));
 }
 
 TEST_F(Keyboard, SpaceAndEnterPressTheListButtons)
@@ -104,12 +104,14 @@ TEST_F(Keyboard, PagesChangeWithKeys)
 {
     Load(Series(2));
     Command(ID_CREATE_HDR);
-    Find<wxChoice>(ID_BIT_DEPTH).SetFocus();
-    Pump();
     EXPECT_FALSE(Grid().IsShownOnScreen());
-    Press(WXK_TAB, wxMOD_CONTROL);
+    m_frame->FindWindow(TABS)->SetFocus();
+    Pump();
+    Press(WXK_LEFT);
     EXPECT_TRUE(Grid().IsShownOnScreen());
-    Press(WXK_TAB, wxMOD_CONTROL);
+    m_frame->FindWindow(TABS)->SetFocus();
+    Pump();
+    Press(WXK_RIGHT);
     EXPECT_FALSE(Grid().IsShownOnScreen());
 }
 

@@ -98,8 +98,8 @@ TEST_F(ResultView, ASliderThatComesBackIsAChangeAllTheSame)
         wxEventType type;
         bool bAsks;
     };
-    for (const Case& c : {Case{"arrow key", wxEVT_SCROLL_LINEUP, false},
-                          Case{"release", wxEVT_SCROLL_THUMBRELEASE, true}}) {
+    for (const Case& c :
+         {Case{"arrow key", wxEVT_SCROLL_LINEUP, false}, Case{"release", wxEVT_SCROLL_THUMBRELEASE, true}}) {
         SCOPED_TRACE(c.szWhat);
         Command(ID_CREATE_HDR);
         Save();

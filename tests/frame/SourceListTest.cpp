@@ -26,7 +26,7 @@ namespace {
 struct ModelRow {
     std::string sPath;
     bool bTicked = true;
-    float values[3]{};                       // shutter, aperture, compensation
+    float values[3]{};                        // shutter, aperture, compensation
     std::string sTick = "1", texts[3] = {{}}; // what the cells show
 
     void Rewrite()
