@@ -81,7 +81,7 @@ bool LoadCurves(const char* szPath, std::vector<float*>& vafCurves);
 /// @param vsLDRFiles  source cache files of 4 bytes a pixel, one per image
 /// @param vfShutters,vfStops  seconds and f-numbers. vfGains and vfNDs play no part but for their length
 /// @param vafCurves   three curves; on success the workspace owns the same arrays
-/// @return false if a file can't be opened, read or written, or after a cancel
+/// @return false if the size isn't positive, if a file can't be opened, read or written, or after a cancel
 bool MergeExposures(const std::vector<std::wstring>& vsLDRFiles, std::int32_t nWidth, std::int32_t nHeight,
                     const std::vector<float>& vfShutters, const std::vector<float>& vfStops,
                     const std::vector<float>& vfGains, const std::vector<float>& vfNDs,

@@ -165,6 +165,10 @@ bool MergeExposures(const std::vector<std::wstring>& vsLDRFiles, std::int32_t nW
     LS_ASSERT(vafCurves.size() == 3);
     LS_ASSERT(pHDRInfo != NULL); // NOLINT(modernize-use-nullptr): the text goes to the log
 
+    if (nWidth <= 0 || nHeight <= 0) { // of photographs that were never decoded and tell no size
+        LS::Util::LogFailure(STEP, "", "the size of the images is unknown");
+        return false;
+    }
     const ScaledSize size = Decimated(nWidth, nHeight, PREVIEW_ROWS);
     if (size.nWidth == 0) {
         LS::Util::LogFailure(STEP, "", "the image is too narrow for its height");

@@ -142,7 +142,6 @@ wxWindow* LumiStrandHDRFrm::CreateListPanel()
     left->Add(m_thumbnail);
     left->Add(CreateListButtons(panel));
     m_grid = CreateSourceGrid(panel);
-    m_grid->SetTabBehaviour(wxGrid::Tab_Leave);
     m_grid->Bind(wxEVT_KEY_DOWN, &LumiStrandHDRFrm::OnGridKey, this);
 
     auto* const sizer = new wxBoxSizer(wxHORIZONTAL);

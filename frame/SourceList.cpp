@@ -41,6 +41,18 @@ bool TakeExif(lsImage& image)
     return outcome == ExifOutcome::Read;
 }
 
+/// Moves the focus to the control before or behind the grid; the grid's parts come first in the toolkit's
+/// order.
+void LeaveGrid(wxGrid& grid, int nDirection)
+{
+    constexpr int MOST_PARTS = 8;
+    for (int i = 0; i < MOST_PARTS; ++i) {
+        grid.Navigate(nDirection);
+        if (!grid.IsDescendant(wxWindow::FindFocus())) // which it is of itself, too
+            return;
+    }
+}
+
 } // namespace
 
 void LumiStrandHDRFrm::AddFiles(const wxArrayString& paths)
@@ -263,12 +275,16 @@ void LumiStrandHDRFrm::ToggleRow(int nRow)
     m_images[static_cast<std::size_t>(nRow)]->SetEnabled(bOn);
 }
 
-/// Space on a check box does what a click does, for those who work without a mouse.
+/// For those who work without a mouse: Space on a check box does what a click does, and Tab leaves the list
+/// at once. It would go through the cells otherwise, and lose the selected rows that the buttons work on.
 void LumiStrandHDRFrm::OnGridKey(wxKeyEvent& event)
 {
-    const bool bSpace = event.GetKeyCode() == WXK_SPACE && !event.HasAnyModifiers();
-    if (bSpace && m_grid->GetGridCursorCol() == COL_ENABLED)
+    const int nKey = event.GetKeyCode();
+    if (nKey == WXK_SPACE && !event.HasAnyModifiers() && m_grid->GetGridCursorCol() == COL_ENABLED)
         ToggleRow(m_grid->GetGridCursorRow());
+    else if (nKey == WXK_TAB && !event.HasModifiers() && !m_grid->IsCellEditControlShown())
+        LeaveGrid(*m_grid,
+                  event.ShiftDown() ? wxNavigationKeyEvent::IsBackward : wxNavigationKeyEvent::IsForward);
     else
         event.Skip();
 }

@@ -77,6 +77,8 @@ protected:
             {"an empty cell", 0, "", "1/2", "0.5000"},
             {"from the list", 1, "0.016667", "1/125", "0.0080"},
             {"from the list, above the limit", 1, "0.016667", "2/1", "0.016667"},
+            {"the first entry of the list", 1, "0.016667", "1/2000", "0.0005"},
+            {"nothing picked", 1, "0.016667", "", "0.016667"},
             {"the entry that the cell has", 1, "1/2", "1/2", "1/2"},
         };
         for (const auto& c : cases) {

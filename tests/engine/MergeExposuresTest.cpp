@@ -196,6 +196,7 @@ TEST(MergeExposures, FailuresLeaveNothingButALogLine)
          },
          4, "directory"},
         {"too narrow", [](const Series&) {}, 1, "too narrow"},
+        {"no size", [](const Series&) {}, 0, "unknown"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);

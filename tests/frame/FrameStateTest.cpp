@@ -8,7 +8,6 @@
 #include <wx/checkbox.h>
 #include <wx/choice.h>
 #include <wx/menu.h>
-#include <wx/radiobut.h>
 #include <wx/slider.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
@@ -40,24 +39,7 @@ protected:
         EXPECT_FALSE(Find<wxSlider>(ID_EXPOSURE).IsThisEnabled());
         EXPECT_FALSE(Find<wxSlider>(ID_GAMMA).IsThisEnabled());
     }
-
-    void SelectCurveMode(int nId)
-    {
-        Find<wxRadioButton>(nId).SetValue(true);
-        wxCommandEvent event(wxEVT_RADIOBUTTON, nId);
-        m_frame->GetEventHandler()->ProcessEvent(event);
-    }
 };
-
-const Box SAVE_QUESTION{"#0002008 Do you want to save the image?", wxYES_NO | wxCANCEL | wxICON_INFORMATION,
-                        wxID_CANCEL};
-
-Box SaveQuestion(int nAnswer)
-{
-    Box box = SAVE_QUESTION;
-    box.nAnswer = nAnswer;
-    return box;
-}
 
 } // namespace
 
@@ -101,16 +83,16 @@ TEST_F(MainWindow, TheCurveModeSwitchesItsControls)
     EXPECT_EQ("Standard", list.GetStringSelection());
     EXPECT_EQ("crvName", name.GetValue());
     expect(true);
-    SelectCurveMode(ID_CALCULATE_CURVE);
+    ChooseCurveMode(ID_CALCULATE_CURVE);
     expect(false);
-    SelectCurveMode(ID_EXISTING_CURVE);
+    ChooseCurveMode(ID_EXISTING_CURVE);
     expect(true);
 }
 
 TEST_F(MainWindow, TheCurveNameRefusesCharactersOfPaths)
 {
     m_frame->AddFiles(Paths(Series(2)));
-    SelectCurveMode(ID_CALCULATE_CURVE);
+    ChooseCurveMode(ID_CALCULATE_CURVE);
     auto& name = Find<wxTextCtrl>("text");
     name.SetFocus();
     name.SelectAll();
