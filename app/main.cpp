@@ -1,6 +1,7 @@
 // The entry of the window program.
 #include "app/LumiStrandHDRApp.h"
 
+#include "Util/OpenFiles.h"
 #include "Util/Paths.h"
 
 #include <string>
@@ -13,6 +14,7 @@ wxIMPLEMENT_APP_NO_MAIN(LumiStrandHDRApp); // NOLINT(google-explicit-constructor
 int main(int argc, char** argv)
 {
     wxDISABLE_DEBUG_SUPPORT();
+    LS::Util::AllowManyOpenFiles();
     // The arguments are paths: the library would read them by the locale, which may know no such letters.
     std::vector<std::wstring> vsArguments;
     for (int i = 0; i < argc; ++i)
