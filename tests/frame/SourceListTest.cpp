@@ -436,6 +436,21 @@ TEST_F(SourceList, PhotographsThatCannotBeShownAreTold)
     EXPECT_EQ(3, Grid().GetNumberRows());
 }
 
+TEST_F(SourceList, AMoveLooksOnlyAtThePhotographThatItShows)
+{
+    const std::string sMissing = m_folder.File("m.jpg");
+    Load({Photo("a.jpg"), sMissing, m_folder.File("n.jpg")});
+    {
+        const ModalAnswer missing([](wxDialog&) { return wxID_OK; });
+        Select({1, 2});
+    }
+    const ExpectedBoxes boxes({ErrorBox(wxString::FromUTF8(sMissing) + " Is Not Exist, Please Check!")});
+    Press(wxID_UP);
+    EXPECT_THAT(SelectedRows(Grid()), ElementsAre(0, 1));
+    EXPECT_FALSE(Find<LS::Widgets::lsRadioButton>(wxID_UP).IsEnabled());
+    EXPECT_TRUE(Find<LS::Widgets::lsRadioButton>(wxID_DOWN).IsEnabled());
+}
+
 TEST_F(SourceList, RemovingEverythingLeavesOnlyAdd)
 {
     Load({Photo("a.jpg"), Photo("b.jpg")});
