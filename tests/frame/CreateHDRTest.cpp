@@ -8,6 +8,7 @@
 #include "engine/HDRRoutine.h"
 #include "engine/HDRWorkspace.h"
 #include "frame/SourceGrid.h"
+#include "image/ImageCache.h"
 #include "tests/cli/Photographs.h"
 #include "tests/cli/ProgramRun.h"
 #include "tests/support/ResourceLimit.h"
@@ -251,6 +252,7 @@ TEST_F(Merge, ASecondRunConvertsNothingAgainAndIgnoresCompensation)
     Run();
     const Bytes first = Result();
     fs::copy_file(vsSources[1], vsSources[0], fs::copy_options::overwrite_existing);
+    ImageCache::DestroyInstance(); // which would hide a second conversion
     EditCell(0, COL_COMPENSATION, "-5");
     Run();
     EXPECT_EQ(first, Result());
