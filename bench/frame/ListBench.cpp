@@ -88,7 +88,7 @@ void BM_AddFiles(benchmark::State& state)
 {
     const TempFolder folder;
     const wxArrayString paths = Links(folder, static_cast<int>(state.range(0)));
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         const Window window;
         window->AddFiles(paths);
         wxYield();
@@ -104,7 +104,7 @@ void BM_MoveUp(benchmark::State& state)
     const Window window;
     const auto nRows = static_cast<int>(state.range(0));
     window->AddFiles(Links(folder, nRows));
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         state.PauseTiming();
         window.Grid().ClearSelection();
         for (int nRow = 1; nRow < nRows; nRow += 2)
@@ -124,7 +124,7 @@ void BM_Checks(benchmark::State& state)
         records.emplace_back(new lsImage("photograph", 4000, 3000));
         records.back()->SetExposureTime(static_cast<float>(i));
     }
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         const auto exposures = TickedExposures(records);
         const auto sizes = TickedSizes(records);
         benchmark::DoNotOptimize(FindEqualExposures(exposures));
@@ -137,7 +137,7 @@ void BM_CreateHDR(benchmark::State& state)
 {
     const TempFolder folder;
     const wxArrayString paths = Photographs(folder, static_cast<int>(state.range(0)));
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         const Window window;
         window->AddFiles(paths);
         window.Command(ID_CREATE_HDR);
@@ -161,7 +161,7 @@ void BM_SliderMove(benchmark::State& state)
     wxScrollEvent release(wxEVT_SCROLL_THUMBRELEASE, ID_EXPOSURE);
     release.SetEventObject(&slider);
     int nPosition = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         slider.SetValue(nPosition++ % 50);
         slider.GetEventHandler()->ProcessEvent(release);
     }
