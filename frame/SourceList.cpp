@@ -215,9 +215,13 @@ void LumiStrandHDRFrm::SelectMovedRows(const std::vector<int>& rows, int nStep)
         for (const int nChanged : {nRow, nRow + nStep})
             RefillRow(*m_grid, nChanged, *m_images[static_cast<std::size_t>(nChanged)].get());
     m_grid->ClearSelection();
-    // From the bottom, in both directions, so that the last event tells the top row.
-    for (auto row = rows.rbegin(); row != rows.rend(); ++row)
-        m_grid->SelectRow(*row + nStep, true);
+    {
+        // Each event would decode a photograph, only for the next one to take its place.
+        const wxEventBlocker quietly(m_grid, wxEVT_GRID_RANGE_SELECTED);
+        for (std::size_t i = rows.size(); i > 1; --i)
+            m_grid->SelectRow(rows[i - 1] + nStep, true);
+    }
+    m_grid->SelectRow(rows.front() + nStep, true);
 }
 
 void LumiStrandHDRFrm::OnRangeSelect(wxGridRangeSelectEvent& event)

@@ -8,6 +8,7 @@
 #include "engine/HDRRoutine.h"
 #include "engine/HDRWorkspace.h"
 #include "frame/SourceGrid.h"
+#include "image/ImageCache.h"
 #include "tests/cli/Photographs.h"
 #include "tests/cli/ProgramRun.h"
 #include "tests/support/ResourceLimit.h"
@@ -39,8 +40,10 @@ public:
         fs::remove_all(m_path);
         fs::create_directory(m_path);
         std::vector<float> vfCurve(768);
-        for (std::size_t i = 0; i < vfCurve.size(); ++i)
-            vfCurve[i] = static_cast<float>(i % 256 + i / 256 + 1) / 256;
+        for (std::size_t i = 0; i < vfCurve.size(); ++i) {
+            const std::size_t nChannel = i / 256;
+            vfCurve[i] = static_cast<float>(i % 256 + nChannel + 1) / 256;
+        }
         WriteElements(File("linear.crv"), vfCurve);
         fs::copy_file(File("linear.crv"), File("gone.crv"));
         WriteBytes(File("short.crv"), vfCurve.data(), 100);
@@ -106,25 +109,25 @@ TEST_F(Merge, EachCurveModeGivesWhatTheProgramWithoutWindowsGives)
     Load(vsSources);
     struct Case {
         const char* szWhat;
-        int nMode;
         const char* szCurve; ///< of the list
-        bool bSave;
         std::vector<std::string> vsOptions;
+        int nMode;
+        bool bSave;
     };
     const std::string sSaved = m_folder.File("saved.crv");
     const std::string sPadded = m_folder.File("padded.crv"); // what the short one lacks is 0
     fs::copy_file(m_curves.File("short.crv"), sPadded);
     fs::resize_file(sPadded, fs::file_size(m_curves.File("linear.crv")));
     const Case cases[] = {
-        {"Standard", ID_EXISTING_CURVE, "Standard", true, {}},
-        {"a saved curve", ID_EXISTING_CURVE, "linear.crv", true, {"--curve", m_curves.File("linear.crv")}},
-        {"a short curve", ID_EXISTING_CURVE, "short.crv", false, {"--curve", sPadded}},
-        {"calculated", ID_CALCULATE_CURVE, "linear.crv", false, {"--curve", "calculate"}},
+        {"Standard", "Standard", {}, ID_EXISTING_CURVE, true},
+        {"a saved curve", "linear.crv", {"--curve", m_curves.File("linear.crv")}, ID_EXISTING_CURVE, true},
+        {"a short curve", "short.crv", {"--curve", sPadded}, ID_EXISTING_CURVE, false},
+        {"calculated", "linear.crv", {"--curve", "calculate"}, ID_CALCULATE_CURVE, false},
         {"calculated and saved",
-         ID_CALCULATE_CURVE,
          "linear.crv",
-         true,
-         {"--curve", "calculate", "--save-curve", sSaved}},
+         {"--curve", "calculate", "--save-curve", sSaved},
+         ID_CALCULATE_CURVE,
+         true},
     };
     CurveName().SetValue("new");
     for (const Case& c : cases) {
@@ -251,6 +254,7 @@ TEST_F(Merge, ASecondRunConvertsNothingAgainAndIgnoresCompensation)
     Run();
     const Bytes first = Result();
     fs::copy_file(vsSources[1], vsSources[0], fs::copy_options::overwrite_existing);
+    ImageCache::DestroyInstance(); // which would hide a second conversion
     EditCell(0, COL_COMPENSATION, "-5");
     Run();
     EXPECT_EQ(first, Result());
@@ -259,7 +263,7 @@ TEST_F(Merge, ASecondRunConvertsNothingAgainAndIgnoresCompensation)
 TEST_F(Merge, EqualNamesFromTwoFoldersShareTheirPixels)
 {
     const auto write = [this](const std::string& sName, double dBrightness, const std::string& sShutter) {
-        const std::string sPath = m_folder.File(sName);
+        std::string sPath = m_folder.File(sName);
         WritePhotograph(sPath, {dBrightness, std::nullopt, std::nullopt, SIZE.x, SIZE.y});
         SetExif(sPath, {{"Exif.Photo.PixelXDimension", std::to_string(SIZE.x)},
                         {"Exif.Photo.PixelYDimension", std::to_string(SIZE.y)},
@@ -322,7 +326,7 @@ TEST_F(Merge, SizesThatNobodyToldFailCleanly)
 
 TEST_F(Merge, CancelEndsItWhereverItComes)
 {
-    Load(Series(4, wxSize(300, 300)));
+    Load(Series(3, wxSize(200, 200)));
     ChooseCurveMode(ID_CALCULATE_CURVE);
     CurveName().ChangeValue("cancelled");
     const ExpectedBoxes none({});

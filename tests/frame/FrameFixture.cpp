@@ -30,13 +30,15 @@ namespace LS::Tests {
 
 namespace {
 
-/// The first child of a kind, at any depth.
-template <typename Control> Control* Descendant(wxWindow& window)
+/// The first child of a kind, at any depth. @param window  may be null
+template <typename Control> Control* Descendant(wxWindow* window)
 {
-    for (wxWindow* const child : window.GetChildren()) {
+    if (!window)
+        return nullptr;
+    for (wxWindow* const child : window->GetChildren()) {
         if (auto* const found = dynamic_cast<Control*>(child))
             return found;
-        if (auto* const found = Descendant<Control>(*child))
+        if (auto* const found = Descendant<Control>(child))
             return found;
     }
     return nullptr;
@@ -120,7 +122,7 @@ void CancelledJob::Look(wxIdleEvent& event)
 {
     event.Skip();
     auto* const dialog = m_bPressed ? nullptr : ProgressOnShow();
-    if (!dialog || Descendant<wxGauge>(*dialog)->GetValue() < m_nPercent)
+    if (!dialog || Descendant<wxGauge>(dialog)->GetValue() < m_nPercent)
         return;
     m_bPressed = true;
     auto* const button = dynamic_cast<wxButton*>(dialog->FindWindow(wxID_CANCEL));
@@ -194,17 +196,17 @@ void FrameTest::Press(int nId)
 
 LS::Widgets::lsStaticPicture& FrameTest::Thumbnail() const
 {
-    return *Descendant<LS::Widgets::lsStaticPicture>(*Grid().GetParent());
+    return *Descendant<LS::Widgets::lsStaticPicture>(Grid().GetParent());
 }
 
 LS::Widgets::lsStaticPicture& FrameTest::Preview() const
 {
-    return *Descendant<LS::Widgets::lsStaticPicture>(*Find<wxSlider>(ID_EXPOSURE).GetParent());
+    return *Descendant<LS::Widgets::lsStaticPicture>(Find<wxSlider>(ID_EXPOSURE).GetParent());
 }
 
 wxImage FrameTest::Shown(LS::Widgets::lsStaticPicture& control, wxSize size)
 {
-    Pump();
+    Pump(3);
     const wxImage all = Screenshot(control);
     const wxSize room = all.GetSize() - size;
     return all.GetSubImage(wxRect(wxPoint(room.x / 2, room.y / 2), size));
@@ -284,6 +286,7 @@ void FrameTest::Load(const std::vector<std::string>& vsPaths) const
 std::vector<std::string> FrameTest::Column(int nColumn) const
 {
     std::vector<std::string> vsTexts;
+    vsTexts.reserve(static_cast<std::size_t>(Grid().GetNumberRows()));
     for (int nRow = 0; nRow < Grid().GetNumberRows(); ++nRow)
         vsTexts.push_back(Grid().GetCellValue(nRow, nColumn).utf8_string());
     return vsTexts;

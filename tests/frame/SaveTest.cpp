@@ -5,6 +5,7 @@
 #include "frame/ControlRules.h"
 #include "tests/cli/ProgramRun.h"
 #include "tests/support/ResourceLimit.h"
+#include "tests/support/Screen.h"
 #include "xml/Config.h"
 
 #include <wx/app.h>
@@ -156,9 +157,7 @@ TEST_F(Save, AStoredTargaFormatWritesTarga)
     SaveWith(FillIn(1, "x.png"));
     const wxImage targa(wxString::FromUTF8(m_folder.File("x.tga")), wxBITMAP_TYPE_TGA);
     const wxImage png(wxString::FromUTF8(m_folder.File("x.png")), wxBITMAP_TYPE_PNG);
-    ASSERT_TRUE(targa.IsOk() && png.IsOk());
-    EXPECT_EQ(png.GetSize(), targa.GetSize());
-    EXPECT_TRUE(std::equal(png.GetData(), png.GetData() + 3 * SIZE.x * SIZE.y, targa.GetData()));
+    EXPECT_TRUE(SamePixels(png, targa));
 }
 
 TEST_F(Save, AnUnknownStoredFormatIsAFailedSave)

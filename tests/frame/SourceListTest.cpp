@@ -8,6 +8,7 @@
 #include "frame/SourceGrid.h"
 #include "tests/cli/Photographs.h"
 #include "tests/support/LogRecorder.h"
+#include "tests/support/Screen.h"
 
 #include <gmock/gmock.h>
 #include <wx/image.h>
@@ -64,6 +65,7 @@ public:
         if (rows.empty())
             return;
         std::vector<std::string> vsPaths;
+        vsPaths.reserve(rows.size());
         for (const int nRow : rows)
             vsPaths.push_back(Row(nRow).sPath);
         for (const std::string& sPath : vsPaths)
@@ -131,7 +133,7 @@ protected:
     std::string Photo(const std::string& sName, const std::map<std::string, std::string>& tags = {},
                       wxSize size = wxSize(8, 6)) const
     {
-        const std::string sPath = m_folder.File(sName);
+        std::string sPath = m_folder.File(sName);
         Photograph photograph;
         photograph.width = size.x;
         photograph.height = size.y;
@@ -192,6 +194,7 @@ TEST_F(SourceList, EqualsItsModelThroughRandomOperations)
     add(Photo("c.jpg", {{"Exif.Photo.ExposureTime", "2/1"}}), 2, -1, -1, 1);
     add(m_folder.File("missing.jpg"), 1 / 60.0F, 14, 0, 6);
     std::vector<std::string> vsAll;
+    vsAll.reserve(photographs.size());
     for (const auto& photograph : photographs)
         vsAll.push_back(photograph.first);
 
@@ -209,7 +212,7 @@ TEST_F(SourceList, EqualsItsModelThroughRandomOperations)
     Load(vsFirst);
     model.New(vsFirst);
 
-    constexpr int STEPS = 150;
+    constexpr int STEPS = 100;
     for (int nStep = 0; nStep < STEPS && !HasFailure(); ++nStep) {
         const int nOperation = below(12);
         SCOPED_TRACE(testing::Message() << "step " << nStep << ", operation " << nOperation);
@@ -307,9 +310,9 @@ TEST_F(SourceList, AFileWithoutReadableExifIsLoggedAndStays)
 
 TEST_F(SourceList, NumberCellsTakeWhatTheirEditorsTake)
 {
-    std::vector<std::string> vsPaths;
-    for (int i = 0; i < 7; ++i)
-        vsPaths.push_back(Photo(std::to_string(i) + ".jpg"));
+    std::vector<std::string> vsPaths(7);
+    for (std::size_t i = 0; i < vsPaths.size(); ++i)
+        vsPaths[i] = Photo(std::to_string(i) + ".jpg");
     Load(vsPaths);
     struct Case {
         const char* szWhat;
@@ -408,8 +411,7 @@ TEST_F(SourceList, TheSelectedRowShowsItsPhotograph)
     WritePhotograph(sSecond, {3, "1/15", "8/1", size.x, size.y});
     Load({sFirst, sSecond});
     const auto shows = [&](const std::string& sPath) {
-        const wxImage shown = Shown(Thumbnail(), size), expected(wxString::FromUTF8(sPath));
-        return std::equal(shown.GetData(), shown.GetData() + size.x * size.y * 3, expected.GetData());
+        return SamePixels(wxImage(wxString::FromUTF8(sPath)), Shown(Thumbnail(), size));
     };
     EXPECT_TRUE(shows(sFirst));
     Grid().SelectRow(1, false);
@@ -434,6 +436,21 @@ TEST_F(SourceList, PhotographsThatCannotBeShownAreTold)
     const ExpectedBoxes boxes({ErrorBox("#0001002 Failed to open file. Can not find the file.")});
     Grid().SelectRow(1, false);
     EXPECT_EQ(3, Grid().GetNumberRows());
+}
+
+TEST_F(SourceList, AMoveLooksOnlyAtThePhotographThatItShows)
+{
+    const std::string sMissing = m_folder.File("m.jpg");
+    Load({Photo("a.jpg"), sMissing, m_folder.File("n.jpg")});
+    {
+        const ModalAnswer missing([](wxDialog&) { return wxID_OK; });
+        Select({1, 2});
+    }
+    const ExpectedBoxes boxes({ErrorBox(wxString::FromUTF8(sMissing) + " Is Not Exist, Please Check!")});
+    Press(wxID_UP);
+    EXPECT_THAT(SelectedRows(Grid()), ElementsAre(0, 1));
+    EXPECT_FALSE(Find<LS::Widgets::lsRadioButton>(wxID_UP).IsEnabled());
+    EXPECT_TRUE(Find<LS::Widgets::lsRadioButton>(wxID_DOWN).IsEnabled());
 }
 
 TEST_F(SourceList, RemovingEverythingLeavesOnlyAdd)

@@ -33,8 +33,8 @@ std::string Letters(const SourceRecords& records)
 
 bool RowIdsGrow(const SourceRecords& records)
 {
-    return std::is_sorted(records.begin(), records.end(),
-                          [](const auto& a, const auto& b) { return a->GetRowId() < b->GetRowId(); });
+    const auto notBelow = [](const auto& a, const auto& b) { return a->GetRowId() >= b->GetRowId(); };
+    return std::adjacent_find(records.begin(), records.end(), notBelow) == records.end();
 }
 
 } // namespace
