@@ -8,7 +8,9 @@
 
 #include <wx/init.h>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <string>
 #include <vector>
@@ -36,21 +38,41 @@ ExitCode Merge(const Options& options)
     return MergeJob(options, console).Run();
 }
 
+/// Hands a job's exceptions, out of memory above all, to the user. Allocates nothing itself.
+template <typename Job> ExitCode Told(Job job)
+{
+    try {
+        return job();
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "lumistrand-hdr-cli: %s\n", e.what());
+    } catch (...) {
+        std::fputs("lumistrand-hdr-cli: an unknown fault\n", stderr);
+    }
+    return ExitCode::Merge;
+}
+
 ExitCode Run(const Options& options)
 {
     CatchCancelSignals();
-    try {
-        return options.sGroup.empty() ? Merge(options) : MergeFolder(options, Run);
-    } catch (const std::exception& e) { // out of memory, above all
-        Console(options.verbosity).Error("", e.what());
-        return ExitCode::Merge;
-    }
+    return Told([&] { return options.sGroup.empty() ? Merge(options) : MergeFolder(options, Run); });
+}
+
+/// What the standard output could not take was lost, and whoever reads it has to know.
+ExitCode WithOutputWritten(ExitCode code)
+{
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
+        return code;
+    std::fprintf(stderr, "lumistrand-hdr-cli: standard output: %s\n", std::strerror(errno));
+    return code == ExitCode::Done ? ExitCode::Write : code;
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const ParsedCommandLine parsed = ParseCommandLine(std::vector<std::string>(argv + 1, argv + argc));
-    return static_cast<int>(parsed.options ? Run(*parsed.options) : TellText(parsed));
+    const ExitCode code = Told([&] {
+        const ParsedCommandLine parsed = ParseCommandLine(std::vector<std::string>(argv + 1, argv + argc));
+        return parsed.options ? Run(*parsed.options) : TellText(parsed);
+    });
+    return static_cast<int>(WithOutputWritten(code));
 }
