@@ -8,9 +8,7 @@
 
 #include <wx/init.h>
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <exception>
 #include <string>
 #include <vector>
@@ -29,7 +27,9 @@ ExitCode TellText(const ParsedCommandLine& parsed)
 ExitCode Merge(const Options& options)
 {
     Console console(options.verbosity);
-    const wxInitializer library; // for images; needs no display
+    // For images; needs no display. Never taken down: the work is published by then, and what the library
+    // does at its end asks for memory and dies without it.
+    static const wxInitializer& library = *new wxInitializer;
     if (!library.IsOk()) {
         console.Error("", "the image library can't be started");
         return ExitCode::Merge;
@@ -57,15 +57,6 @@ ExitCode Run(const Options& options)
     return Told([&] { return options.sGroup.empty() ? Merge(options) : MergeFolder(options, Run); });
 }
 
-/// What the standard output could not take was lost, and whoever reads it has to know.
-ExitCode WithOutputWritten(ExitCode code)
-{
-    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
-        return code;
-    std::fprintf(stderr, "lumistrand-hdr-cli: standard output: %s\n", std::strerror(errno));
-    return code == ExitCode::Done ? ExitCode::Write : code;
-}
-
 } // namespace
 
 int main(int argc, char** argv)
@@ -74,5 +65,5 @@ int main(int argc, char** argv)
         const ParsedCommandLine parsed = ParseCommandLine(std::vector<std::string>(argv + 1, argv + argc));
         return parsed.options ? Run(*parsed.options) : TellText(parsed);
     });
-    return static_cast<int>(WithOutputWritten(code));
+    Leave(code);
 }

@@ -105,20 +105,11 @@ TEST_F(DamagedPictures, Mutants)
 
 TEST_F(DamagedPictures, ManyScansEndInTime)
 {
-    const struct {
-        const char* szName;
-        Bytes file;
-        bool bDecodes;
-    } cases[] = {
-        {"usual progressive", Jpeg({.bProgressive = true}), true},
-        {"small with many scans", JpegOfManyScans(40, 24, 1000), true},
-        {"20 megapixels, 50,000 scans", JpegOfManyScans(5000, 4000, 50'000), false},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.szName);
-        EXPECT_EQ(c.bDecodes, Take(c.file));
-    }
-    EXPECT_EQ("the decoder took too long", DecodeImage(m_sPath, std::chrono::milliseconds(200)).sReason);
+    EXPECT_TRUE(Take(Jpeg({.bProgressive = true})));
+    EXPECT_TRUE(Take(JpegOfManyScans(40, 24, 1000)));
+    // A file of half a megabyte that would keep a decoder busy for an hour.
+    WriteElements(m_sPath, JpegOfManyScans(5000, 4000, 50'000));
+    EXPECT_EQ("the decoder took too long", DecodeImage(m_sPath, std::chrono::seconds(1)).sReason);
 }
 
 namespace {

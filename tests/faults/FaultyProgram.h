@@ -41,8 +41,15 @@ protected:
     void ExpectCleanOutcome(const ProgramRun& run, const std::vector<std::string>& vsOutputs,
                             const std::string& sFolder = "");
 
+    /// The part of it that concerns the names asked for.
+    void ExpectWholeFiles(const ProgramRun& run, const std::vector<std::string>& vsOutputs,
+                          const std::string& sFolder);
+
     /// What an untroubled run writes under each of some names, found out once.
     const std::map<std::string, Bytes>& Untroubled(const std::vector<std::string>& vsOutputs);
+
+    /// Empties the folder of outputs.
+    void RemoveOutputs() const;
 
     TempFolder m_sources, m_outputs, m_temporary;
     std::vector<std::string> m_vsImages;

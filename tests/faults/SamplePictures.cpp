@@ -137,7 +137,7 @@ void SetTags(TIFF* pTiff, const TiffKind& kind)
         TIFFSetField(pTiff, TIFFTAG_TILEWIDTH, 16);
         TIFFSetField(pTiff, TIFFTAG_TILELENGTH, 16);
     } else {
-        TIFFSetField(pTiff, TIFFTAG_ROWSPERSTRIP, 8);
+        TIFFSetField(pTiff, TIFFTAG_ROWSPERSTRIP, 16); // what the blocks of JPEG ask for
     }
 }
 

@@ -21,7 +21,8 @@ bool WriteProcFile(const char* szPath, const std::string& sText)
     return bWritten;
 }
 
-/// Mounts of this process are its own from then on. A user who isn't root becomes one of a namespace of users.
+/// Mounts of this process are its own from then on. A user who isn't root becomes one of a namespace of
+/// users.
 bool LeaveMounts()
 {
     const auto nUser = std::to_string(getuid()), nGroup = std::to_string(getgid());
@@ -42,7 +43,8 @@ SmallDisk::SmallDisk(std::size_t nBytes)
 {
     static const bool bMayMount = LeaveMounts();
     const std::string sSize = "size=" + std::to_string(std::max<std::size_t>(nBytes, 1));
-    m_bMounted = bMayMount && mount("tmpfs", Path().c_str(), "tmpfs", MS_NOSUID | MS_NODEV, sSize.c_str()) == 0;
+    m_bMounted =
+        bMayMount && mount("tmpfs", Path().c_str(), "tmpfs", MS_NOSUID | MS_NODEV, sSize.c_str()) == 0;
 }
 
 SmallDisk::~SmallDisk()

@@ -10,8 +10,8 @@ namespace LS::Tests {
 
 /// A file system in memory that holds some bytes, in whole pages, and goes with this object.
 ///
-/// Mounting needs a mount namespace of the process's own, which the first disk makes; where the system refuses
-/// that to a test, there is no disk.
+/// Mounting needs a mount namespace of the process's own, which the first disk makes; where the system
+/// refuses that to a test, there is no disk.
 class SmallDisk {
 public:
     explicit SmallDisk(std::size_t nBytes);

@@ -48,9 +48,9 @@ TEST_F(StrangePlaces, OfOutputsAreRefused)
 {
     const Bytes photograph = ReadBytes(m_vsImages[0]);
     std::vector<std::string> vsPlaces{"/dev/full", "/dev/null", "/dev/tty", "/proc/self/mem", "/proc/new"};
-    for (const char* szName : {"pipe", "folder", "link to a pipe", "link to a folder", "link to a device",
-                               "link to a photograph", "second name of a photograph", "loop", "link to no folder",
-                               "file/x", "pipe/x"})
+    for (const char* szName :
+         {"pipe", "folder", "link to a pipe", "link to a folder", "link to a device", "link to a photograph",
+          "second name of a photograph", "loop", "link to no folder", "file/x", "pipe/x"})
         vsPlaces.push_back(m_places.File(szName));
     for (const std::string& sPlace : vsPlaces)
         for (const char* szFormat : {"exr", "hdr", "tif", "png"}) {
@@ -82,8 +82,9 @@ TEST_F(StrangePlaces, OfCurvesAreRefused)
 TEST_F(StrangePlaces, OfWorkingFilesAreRefused)
 {
     const Bytes photograph = ReadBytes(m_vsImages[0]);
-    for (const std::string& sPlace : {m_places.File("pipe"), m_places.File("file"), m_places.File("loop"),
-                                      m_places.File("missing"), std::string("/dev/null"), std::string("/proc")}) {
+    for (const std::string& sPlace :
+         {m_places.File("pipe"), m_places.File("file"), m_places.File("loop"), m_places.File("missing"),
+          std::string("/dev/null"), std::string("/proc")}) {
         SCOPED_TRACE(sPlace);
         const ProgramRun run = MergeWith({"--work-dir", sPlace, "-o", "x.exr"}, {});
         EXPECT_EQ(3, run.code) << run.err;

@@ -1,8 +1,13 @@
-// Preloaded into a program: lets the n-th system call or allocation of one kind fail, counted from main on.
+// Goes between a program and its C library: lets the n-th system call or allocation of one kind fail.
 //
-// The environment says which: LS_FAULT_CALL names the kind, LS_FAULT_NTH the first call that fails, and with
+// A test that links this library gives its orders by tests/faults/shim/FailingSystem.h. Preloaded into
+// another program it takes them from the environment and counts from main on.
+//
+// LS_FAULT_CALL names the kind, LS_FAULT_NTH the first call that fails, and with
 // LS_FAULT_LASTING all later ones fail as well. LS_FAULT_MARK is the path of a file that appears when the
 // first failure happens. The kind "network" fails like the others; no call of it may ever be met.
+#include "tests/faults/shim/FailingSystem.h"
+
 #include <atomic>
 #include <cerrno>
 #include <cstddef>
@@ -15,6 +20,7 @@
 #include <netdb.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/uio.h>
 #include <unistd.h>
@@ -34,6 +40,8 @@ Kind g_kind = Kind::None;
 long g_nFirst = 0;
 bool g_bLasting = false;
 const char* g_szMark = nullptr;
+const char* g_szFrom = nullptr;
+Kind g_kindFrom = Kind::None; // in force once g_szFrom has been met
 std::atomic<long> g_nCalls = 0;
 
 Kind KindOf(const char* szName)
@@ -81,7 +89,10 @@ void ReadOrders()
     g_nFirst = szFirst ? std::strtol(szFirst, nullptr, 10) : 1;
     g_bLasting = std::getenv("LS_FAULT_LASTING") != nullptr;
     g_szMark = std::getenv("LS_FAULT_MARK");
-    g_kind = KindOf(std::getenv("LS_FAULT_CALL")); // last: from here on calls count
+    g_szFrom = std::getenv("LS_FAULT_FROM");
+    g_kindFrom = KindOf(std::getenv("LS_FAULT_CALL"));
+    if (!g_szFrom)
+        g_kind = g_kindFrom; // last: from here on calls count
 }
 
 using Main = int (*)(int, char**, char**);
@@ -95,6 +106,20 @@ int MainWithFaults(int nArguments, char** szArguments, char** szEnvironment)
 
 } // namespace
 
+void LetCallsFail(const char* szKind, long nFirst, bool bLasting)
+{
+    g_nCalls = 0;
+    g_nFirst = nFirst;
+    g_bLasting = bLasting;
+    g_kind = KindOf(szKind);
+}
+
+bool EndFailing()
+{
+    g_kind = Kind::None;
+    return g_nCalls >= g_nFirst;
+}
+
 extern "C" {
 
 int __libc_start_main(Main main, int nArguments, char** szArguments, // NOLINT(bugprone-reserved-identifier)
@@ -104,6 +129,13 @@ int __libc_start_main(Main main, int nArguments, char** szArguments, // NOLINT(b
     using Function = int(Main, int, char**, void (*)(), void (*)(), void (*)(), void*);
     return CLibrary<Function>("__libc_start_main")(MainWithFaults, nArguments, szArguments, init, fini,
                                                    linkerFini, pStackEnd);
+}
+
+int stat(const char* szPath, struct stat* pStatus) noexcept
+{
+    if (g_szFrom && std::strcmp(szPath, g_szFrom) == 0)
+        g_kind = g_kindFrom;
+    return static_cast<int>(::syscall(SYS_newfstatat, AT_FDCWD, szPath, pStatus, 0));
 }
 
 ssize_t write(int nFile, const void* pData, std::size_t nBytes)
