@@ -4,8 +4,8 @@
 #include "engine/HDRRoutine.h"
 #include "engine/HDRWorkspace.h"
 #include "image/SourceCache.h"
+#include "tests/faults/Form.h"
 #include "tests/faults/MergeFixture.h"
-#include "tests/support/FailureRecorder.h"
 
 #include <gtest/gtest.h>
 #include <wx/image.h>
@@ -76,14 +76,27 @@ protected:
 
 } // namespace
 
+namespace {
+
+/// Positions before the start, and within recovery, merge and preview.
+std::vector<int> PositionsOf(Curves curves)
+{
+    if (curves == Curves::Standard)
+        return {-1, 0, 5, 40, 80, 81, 85, 96};
+    if (IsLongForm())
+        return {-1, 0, 2, 4, 10, 40, 80, 81, 85, 96, 99};
+    return {-1, 2}; // before the solving, which takes half a second
+}
+
+} // namespace
+
 TEST_F(CacheFiles, OfSourcesMayChangeAtAnyMoment)
 {
     const SyntheticScene scene = RenderScene(WIDTH, HEIGHT);
     int nFailed = 0;
     for (const Mishap& mishap : MISHAPS)
         for (const Curves curves : {Curves::Standard, Curves::Recovered})
-            // Before the start, and at positions within recovery, merge and preview.
-            for (const int nAt : {-1, 0, 2, 4, 5, 40, 80, 81, 85, 96, 99}) {
+            for (const int nAt : PositionsOf(curves)) {
                 SCOPED_TRACE(testing::Message() << mishap.szName << " at " << nAt);
                 const TempFolder folder;
                 const SyntheticSeries series = Photograph(folder, scene, {}, Bracket(3, 4));
@@ -101,7 +114,7 @@ TEST_F(CacheFiles, OfSourcesMayChangeAtAnyMoment)
                 }
                 nFailed += !preview;
             }
-    EXPECT_LT(30, nFailed);
+    EXPECT_LT(20, nFailed);
 }
 
 TEST_F(CacheFiles, OfTheResultMayChangeAtAnyMoment)

@@ -65,7 +65,7 @@ TEST(Endurance, MemoryAndDescriptorsStayFlat)
     long nMemory = 0;
     std::ptrdiff_t nDescriptors = 0;
     for (int i = 0; i < nRounds; ++i) {
-        MergeAndSave(i % 2 ? small : large, i % 10 ? Curves::Standard : Curves::Recovered, folder);
+        MergeAndSave(i % 2 ? small : large, i % 10 == 1 ? Curves::Recovered : Curves::Standard, folder);
         if (i == nWarm) {
             nMemory = ResidentMemory();
             nDescriptors = Descriptors();

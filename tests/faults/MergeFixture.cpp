@@ -49,7 +49,7 @@ SyntheticSeries PlainSeries(const TempFolder& folder, std::int32_t nWidth, std::
     const auto nPixels = static_cast<std::size_t>(nWidth) * static_cast<std::size_t>(nHeight);
     Bytes pixels(4 * nPixels);
     for (int i = 0; i < nImages; ++i) {
-        const double dShutter = 0.001 * (i + 1) * (i + 1);
+        const double dShutter = 0.01 * (i + 1);
         for (std::size_t p = 0; p < nPixels; ++p)
             for (std::size_t c = 1; c < 4; ++c) {
                 const double dScene = 0.05 + static_cast<double>((p * 37 + c * 11) % 1000) / 100;
