@@ -8,10 +8,12 @@
 #include <fcntl.h>
 #include <tiffio.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdarg>
 #include <cstddef>
 #include <cstdio>
+#include <iterator>
 #include <memory>
 #include <span>
 #include <string>
@@ -65,17 +67,25 @@ TiffFile OpenTiff(const RegularFile& file, std::string& sError)
     return TiffFile(TIFFFdOpenExt(file.Descriptor(), file.Path().c_str(), "w", pOptions.get()));
 }
 
-void SetTags(TIFF* pTiff, std::int32_t nWidth, std::int32_t nHeight)
+/// @return false if one can't be set, for want of memory; the picture would lack it
+bool SetTags(TIFF* pTiff, std::int32_t nWidth, std::int32_t nHeight)
 {
-    TIFFSetField(pTiff, TIFFTAG_IMAGEWIDTH, nWidth);
-    TIFFSetField(pTiff, TIFFTAG_IMAGELENGTH, nHeight);
-    TIFFSetField(pTiff, TIFFTAG_COMPRESSION, COMPRESSION_LZW);
-    TIFFSetField(pTiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
-    TIFFSetField(pTiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB);
-    TIFFSetField(pTiff, TIFFTAG_BITSPERSAMPLE, 32);
-    TIFFSetField(pTiff, TIFFTAG_SAMPLESPERPIXEL, 3);
-    TIFFSetField(pTiff, TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_IEEEFP);
-    TIFFSetField(pTiff, TIFFTAG_ROWSPERSTRIP, 1);
+    const struct {
+        std::uint32_t nTag;
+        std::int32_t nValue;
+    } tags[] = {
+        {TIFFTAG_IMAGEWIDTH, nWidth},
+        {TIFFTAG_IMAGELENGTH, nHeight},
+        {TIFFTAG_COMPRESSION, COMPRESSION_LZW},
+        {TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG},
+        {TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB},
+        {TIFFTAG_BITSPERSAMPLE, 32},
+        {TIFFTAG_SAMPLESPERPIXEL, 3},
+        {TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_IEEEFP},
+        {TIFFTAG_ROWSPERSTRIP, 1},
+    };
+    return std::all_of(std::begin(tags), std::end(tags),
+                       [pTiff](const auto& tag) { return TIFFSetField(pTiff, tag.nTag, tag.nValue) == 1; });
 }
 
 bool WriteStrip(TIFF* pTiff, std::int32_t y, std::span<const float> fRow)
@@ -99,7 +109,11 @@ bool WritePicture(const RegularFile& file, const char* HDRDataFile, std::int32_t
     const TiffFile pTiff = OpenTiff(file, sError);
     if (!pTiff)
         return LogTiffError(file, sError);
-    SetTags(pTiff.get(), nWidth, nHeight);
+    if (!SetTags(pTiff.get(), nWidth, nHeight)) {
+        TIFFSetMode(pTiff.get(),
+                    O_RDONLY); // else the library crashes at the directory that it writes at its end
+        return LogTiffError(file, sError);
+    }
 
     const auto writeRow = [&](std::int32_t y, std::span<const float> fRow) {
         return WriteStrip(pTiff.get(), y, fRow) || LogTiffError(file, sError);

@@ -115,6 +115,19 @@ bool WritePicture(CheckedStream& stream, const char* HDRDataFile, std::int32_t n
     return true;
 }
 
+/// Whether the file holds all rows. The library loses, without a word, those that it finds no memory to
+/// encode.
+bool IsComplete(const char* fileName)
+{
+    const auto check = [fileName] {
+        if (Imf::RgbaInputFile(fileName).isComplete())
+            return true;
+        LS::Util::LogFailure("save", fileName, "rows are missing");
+        return false;
+    };
+    return CatchAndLog(fileName, check);
+}
+
 } // namespace
 
 bool WriteOpenExrFile(const char* HDRDataFile, const char* fileName, std::int32_t nWidth,
@@ -135,5 +148,5 @@ bool WriteOpenExrFile(const char* HDRDataFile, const char* fileName, std::int32_
         LS::Util::LogFailure("save", fileName, LS::Util::SystemError(stream.Error()));
         return false;
     }
-    return picture.Close();
+    return picture.Close() && IsComplete(fileName);
 }

@@ -11,7 +11,6 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -70,7 +69,7 @@ ExitCode MergeInProcess(const Options& options, const std::function<ExitCode(con
     if (nProcess < 0)
         return console.Fail(ExitCode::Merge, options.vsImages[0], LS::Util::SystemError());
     if (nProcess == 0)
-        std::exit(static_cast<int>(merge(options)));
+        Leave(merge(options));
     PassCancelTo(nProcess);
     if (CancelRequested()) // before there was somebody to pass it to
         kill(nProcess, SIGTERM);

@@ -4,9 +4,12 @@
 #include "Util/PixelBuffer.h"
 #include "cli/Cancel.h"
 
+#include <cerrno>
 #include <cstdarg>
 #include <cstddef>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <new>
 #include <unistd.h>
@@ -85,6 +88,16 @@ void Console::ClearBar()
     if (m_bBarOnScreen)
         std::fprintf(stderr, "\r%*s\r", BAR_CELLS + 8, "");
     m_bBarOnScreen = false;
+}
+
+void Leave(ExitCode code)
+{
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        std::fprintf(stderr, "lumistrand-hdr-cli: standard output: %s\n", std::strerror(errno));
+        if (code == ExitCode::Done)
+            code = ExitCode::Write;
+    }
+    std::_Exit(static_cast<int>(code));
 }
 
 std::string Formatted(const char* szFormat, ...)

@@ -41,5 +41,11 @@ private:
     bool m_bBarOnScreen = false;
 };
 
+/// Ends the process when its work is done and its objects are gone. What the standard output could not take
+/// was lost, which whoever reads it has to know: then a message tells it, and Done becomes Write.
+///
+/// The libraries' own destructors don't run: some ask for memory and die without it.
+[[noreturn]] void Leave(ExitCode code);
+
 /// printf into a string.
 [[gnu::format(printf, 1, 2)]] std::string Formatted(const char* szFormat, ...);

@@ -18,6 +18,7 @@
 #include <array>
 #include <chrono>
 #include <cmath>
+#include <new>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -80,8 +81,12 @@ MergeJob::MergeJob(const Options& options, Console& console)
 
 MergeJob::~MergeJob()
 {
-    ResetWorkspace(); // while its folder still exists
     LS::Util::SetFailureSink({});
+    try {
+        ResetWorkspace(); // while its folder still exists
+    } catch (const std::bad_alloc&) {
+        return; // the folder is about to go with all that it holds
+    }
 }
 
 ExitCode MergeJob::Run()

@@ -7,14 +7,17 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <new>
 
 namespace fs = std::filesystem;
 
 WorkFolder::~WorkFolder()
-{
+try {
     std::error_code ignored;
     if (!m_sPath.empty())
         fs::remove_all(m_sPath, ignored);
+} catch (const std::bad_alloc&) {
+    return; // the folder stays, as after a crash; that is no reason for one
 }
 
 std::string WorkFolder::Create(const std::string& sParent)

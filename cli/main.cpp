@@ -28,7 +28,9 @@ ExitCode TellText(const ParsedCommandLine& parsed)
 ExitCode Merge(const Options& options)
 {
     Console console(options.verbosity);
-    const wxInitializer library; // for images; needs no display
+    // For images; needs no display. Never taken down: the work is published by then, and what the library
+    // does at its end asks for memory and dies without it.
+    static const wxInitializer& library = *new wxInitializer;
     if (!library.IsOk()) {
         console.Error("", "the image library can't be started");
         return ExitCode::Merge;
@@ -38,21 +40,32 @@ ExitCode Merge(const Options& options)
     return MergeJob(options, console).Run();
 }
 
+/// Hands a job's exceptions, out of memory above all, to the user. Allocates nothing itself.
+template <typename Job> ExitCode Told(Job job)
+{
+    try {
+        return job();
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "lumistrand-hdr-cli: %s\n", e.what());
+    } catch (...) {
+        std::fputs("lumistrand-hdr-cli: an unknown fault\n", stderr);
+    }
+    return ExitCode::Merge;
+}
+
 ExitCode Run(const Options& options)
 {
     CatchCancelSignals();
-    try {
-        return options.sGroup.empty() ? Merge(options) : MergeFolder(options, Run);
-    } catch (const std::exception& e) { // out of memory, above all
-        Console(options.verbosity).Error("", e.what());
-        return ExitCode::Merge;
-    }
+    return Told([&] { return options.sGroup.empty() ? Merge(options) : MergeFolder(options, Run); });
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const ParsedCommandLine parsed = ParseCommandLine(std::vector<std::string>(argv + 1, argv + argc));
-    return static_cast<int>(parsed.options ? Run(*parsed.options) : TellText(parsed));
+    const ExitCode code = Told([&] {
+        const ParsedCommandLine parsed = ParseCommandLine(std::vector<std::string>(argv + 1, argv + argc));
+        return parsed.options ? Run(*parsed.options) : TellText(parsed);
+    });
+    Leave(code);
 }

@@ -26,3 +26,10 @@ if(LS_SANITIZE)
         -Wno-maybe-uninitialized)
     target_link_options(ls_flags INTERFACE -fsanitize=address,undefined)
 endif()
+if(LS_FUZZ)
+    # Warnings are the other compiler's affair.
+    target_compile_options(ls_flags INTERFACE
+        -fsanitize=fuzzer-no-link,address,undefined,float-cast-overflow -fno-sanitize-recover=all
+        -fno-omit-frame-pointer -Wno-error)
+    target_link_options(ls_flags INTERFACE -fsanitize=address,undefined)
+endif()

@@ -4,17 +4,21 @@ include(GoogleTest)
 find_package(GTest REQUIRED)
 find_package(benchmark REQUIRED)
 
-# ls_test(NAME SOURCES ... LINK targets... [LABEL unit|gui]): one test program of a folder. Its main
-# function redirects the cache folder, makes a library's assertion fatal and gives each run a private home.
+# ls_test(NAME SOURCES ... LINK targets... [LABEL unit|faults] [TIMEOUT seconds]): one test program of a
+# folder. Its main function redirects the cache folder, makes a library's assertion fatal and gives each run
+# a private home.
 function(ls_test name)
-    cmake_parse_arguments(arg "" "LABEL" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(arg "" "LABEL;TIMEOUT" "SOURCES;LINK" ${ARGN})
     if(NOT arg_LABEL)
         set(arg_LABEL unit)
+    endif()
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 300)
     endif()
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ls_flags ls_test_support ${arg_LINK} GTest::gmock)
     gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
-        PROPERTIES LABELS ${arg_LABEL} TIMEOUT 300)
+        PROPERTIES LABELS ${arg_LABEL} TIMEOUT ${arg_TIMEOUT})
 endfunction()
 
 # ls_bench(NAME SOURCES ... LINK targets...): benchmarks; ctest runs each once, so that none rots.

@@ -4,6 +4,7 @@
 #include "Util/Assertion.h"
 #include "Util/FailureLog.h"
 #include "Util/Paths.h"
+#include "Util/RegularFile.h"
 #include "engine/CacheFolder.h"
 #include "engine/ExposureMerge.h"
 #include "engine/HDRWorkspace.h"
@@ -65,6 +66,11 @@ private:
 
     bool Open(const std::string& sPath)
     {
+        std::string sReason; // a pipe would block
+        if (!LS::Util::IsRegularFile(sPath, sReason)) {
+            LS::Util::LogFailure(STEP, sPath, sReason);
+            return false;
+        }
         Source source{sPath, std::ifstream(sPath, std::ios::binary),
                       std::make_unique_for_overwrite<char[]>(m_nRowBytes)};
         if (!source.stream) {

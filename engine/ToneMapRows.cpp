@@ -4,6 +4,7 @@
 #include "Util/Assertion.h"
 #include "Util/FailureLog.h"
 #include "Util/Paths.h"
+#include "Util/RegularFile.h"
 #include "engine/CacheFolder.h"
 #include "engine/Colour.h"
 #include "engine/DisplayCurve.h"
@@ -33,12 +34,25 @@ void LogFileFailure(const std::string& sPath, const char* szOtherwise = nullptr)
                          errno == 0 && szOtherwise ? szOtherwise : LS::Util::SystemError());
 }
 
+/// False, which is logged, for anything else: the open of a pipe would wait for its other end.
+bool IsRegularFile(const std::string& sPath)
+{
+    std::string sReason;
+    if (LS::Util::IsRegularFile(sPath, sReason))
+        return true;
+    LS::Util::LogFailure("tone map", sPath, sReason);
+    return false;
+}
+
 /// Rows of a headerless file of floats, from its first to its last. Failures are logged.
 class FloatRowReader {
 public:
     FloatRowReader(const std::wstring& sFile, std::size_t nRowFloats)
-        : m_sPath(LS::Util::NarrowPath(sFile)), m_stream(m_sPath, std::ios::binary), m_vfRow(nRowFloats)
+        : m_sPath(LS::Util::NarrowPath(sFile)), m_vfRow(nRowFloats)
     {
+        if (!IsRegularFile(m_sPath))
+            return;
+        m_stream.open(m_sPath, std::ios::binary);
         if (!IsOpen())
             LogFileFailure(m_sPath);
     }
@@ -67,9 +81,11 @@ private:
 /// The other direction. Failures are logged, and the file stays.
 class FloatRowWriter {
 public:
-    explicit FloatRowWriter(const std::wstring& sFile)
-        : m_sPath(LS::Util::NarrowPath(sFile)), m_stream(m_sPath, std::ios::binary)
+    explicit FloatRowWriter(const std::wstring& sFile) : m_sPath(LS::Util::NarrowPath(sFile))
     {
+        if (!LS::Util::IsMissing(m_sPath) && !IsRegularFile(m_sPath))
+            return;
+        m_stream.open(m_sPath, std::ios::binary);
         Checked();
     }
 

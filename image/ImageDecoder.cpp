@@ -93,6 +93,15 @@ DecodedImage Decode(int nFile, PictureFormat format, const LibraryLog& log)
     return Failure(DecodeOutcome::Undecodable, log.Text());
 }
 
+/// No writer makes as many scans of a JPEG: the library's own script for progressive ones has ten.
+constexpr int MOST_USUAL_SCANS = 32;
+
+/// Whether a picture's decoder may crash on damaged files, or take a time that its size doesn't bound.
+bool NeedsWatching(int nFile, PictureFormat format)
+{
+    return format == PictureFormat::Other || Scans(nFile, format, MOST_USUAL_SCANS) > MOST_USUAL_SCANS;
+}
+
 DecodedImage DecodeOpenFile(int nFile, std::chrono::milliseconds timeLimit)
 {
     const LibraryLog log;
@@ -100,7 +109,7 @@ DecodedImage DecodeOpenFile(int nFile, std::chrono::milliseconds timeLimit)
     if (PixelsAsked(nFile, format) > std::uint64_t{MAX_DECODED_PIXELS})
         return Failure(DecodeOutcome::Undecodable, "the header asks for more than 512 megapixels");
     const auto decode = [&] { return Decode(nFile, format, log); };
-    return format == PictureFormat::Other ? DecodeInChild(decode, nFile, timeLimit) : decode();
+    return NeedsWatching(nFile, format) ? DecodeInChild(decode, nFile, timeLimit) : decode();
 }
 
 /// Fills an empty file; the position stays at its start.

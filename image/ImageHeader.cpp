@@ -77,7 +77,6 @@ constexpr int RESTART = 0xD0; // to 0xD7
 constexpr int START_OF_IMAGE = 0xD8;
 constexpr int END_OF_IMAGE = 0xD9;
 constexpr int START_OF_SCAN = 0xDA;
-constexpr int TEMPORARY = 0x01;
 } // namespace Marker
 
 bool IsStartOfFrame(int nMarker)
@@ -86,9 +85,17 @@ bool IsStartOfFrame(int nMarker)
            nMarker != Marker::RESERVED && nMarker != Marker::ARITHMETIC_CONDITIONING;
 }
 
+/// Whether length and content follow. Decoders refuse what stands below the frames, or look for the next
+/// marker right behind it.
 bool HasSegment(int nMarker)
 {
-    return nMarker != Marker::TEMPORARY && (nMarker < Marker::RESTART || nMarker > Marker::START_OF_IMAGE);
+    return nMarker >= Marker::START_OF_FRAME &&
+           (nMarker < Marker::RESTART || nMarker > Marker::START_OF_IMAGE);
+}
+
+bool IsProgressive(int nFrame)
+{
+    return (nFrame & 3) == 2; // C2, C6, CA and CE
 }
 
 /// The next marker. As decoders do, this passes over stray bytes before it, fill bytes, and stuffed zeros.
@@ -105,23 +112,70 @@ int NextMarker(ByteReader& bytes)
     }
 }
 
-std::uint64_t JpegPixels(int nFile)
+/// Passes over the rest of a segment of which some bytes are read already. @param nLength  counts itself
+void SkipSegment(ByteReader& bytes, int nLength, int nRead = 2)
 {
-    ByteReader bytes(nFile);
+    bytes.Skip(static_cast<std::size_t>(std::max(nLength - nRead, 0)));
+}
+
+/// What a JPEG file tells before its first scan.
+struct JpegFrame {
+    int nMarker = 0; // 0: there is none
+    int nWidth = 0, nHeight = 0, nChannels = 0;
+};
+
+/// Reads up to behind the frame's marker segment.
+JpegFrame ReadFrame(ByteReader& bytes)
+{
     for (;;) {
         const int nMarker = NextMarker(bytes);
         if (nMarker == ByteReader::END || nMarker == Marker::END_OF_IMAGE || nMarker == Marker::START_OF_SCAN)
-            return 0;
+            return {};
         if (!HasSegment(nMarker))
             continue;
-        const int nLength = bytes.NextWord(); // counts itself
+        const int nLength = bytes.NextWord();
         if (IsStartOfFrame(nMarker)) {
             bytes.Skip(1); // bits of a sample
-            const int nHeight = bytes.NextWord();
-            return Product(bytes.NextWord(), nHeight);
+            JpegFrame frame{nMarker};
+            frame.nHeight = bytes.NextWord();
+            frame.nWidth = bytes.NextWord();
+            frame.nChannels = bytes.Next();
+            SkipSegment(bytes, nLength, 8);
+            return frame;
         }
-        bytes.Skip(static_cast<std::size_t>(std::max(nLength - 2, 0)));
+        SkipSegment(bytes, nLength);
     }
+}
+
+std::uint64_t JpegPixels(int nFile)
+{
+    ByteReader bytes(nFile);
+    const JpegFrame frame = ReadFrame(bytes);
+    return Product(frame.nWidth, frame.nHeight);
+}
+
+int JpegScans(int nFile, int nMost)
+{
+    ByteReader bytes(nFile);
+    const JpegFrame frame = ReadFrame(bytes);
+    for (int nScans = 0; nScans <= nMost;) {
+        const int nMarker = NextMarker(bytes);
+        if (nMarker == ByteReader::END || nMarker == Marker::END_OF_IMAGE)
+            return std::max(nScans, 1);
+        if (!HasSegment(nMarker))
+            continue;
+        const int nLength = bytes.NextWord();
+        if (nMarker != Marker::START_OF_SCAN) {
+            SkipSegment(bytes, nLength);
+            continue;
+        }
+        ++nScans;
+        // A first scan of all channels is the whole picture, and the decoder looks no further.
+        if (nScans == 1 && bytes.Next() >= frame.nChannels && !IsProgressive(frame.nMarker))
+            return 1;
+        SkipSegment(bytes, nLength, nScans == 1 ? 3 : 2);
+    }
+    return nMost + 1;
 }
 
 std::uint64_t PngPixels(int nFile)
@@ -201,4 +255,9 @@ std::uint64_t PixelsAsked(int nFile, PictureFormat format)
         break;
     }
     return 0;
+}
+
+int Scans(int nFile, PictureFormat format, int nMost)
+{
+    return format == PictureFormat::Jpeg ? JpegScans(nFile, nMost) : 1;
 }

@@ -12,3 +12,9 @@ PictureFormat FormatOf(int nFile);
 /// 0 where the header doesn't tell, which the format's decoder then finds as well, and for other formats.
 /// Leaves the reading position at the start of the file.
 std::uint64_t PixelsAsked(int nFile, PictureFormat format);
+
+/// How often the decoder of an open JPEG file would go over the whole picture, counted up to nMost + 1. 1 for
+/// files that hold one scan, and for other formats; the reading position plays no part and stays.
+///
+/// A progressive picture is decoded scan by scan, and each, however short, costs as much time as a picture.
+int Scans(int nFile, PictureFormat format, int nMost);

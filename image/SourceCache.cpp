@@ -3,10 +3,12 @@
 
 #include "Util/Assertion.h"
 #include "Util/FailureLog.h"
+#include "Util/RegularFile.h"
 #include "image/PackRow.h"
 
 #include <wx/image.h>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -43,6 +45,20 @@ Writing WriteRows(const wxImage& image, std::FILE* pFile, const std::function<bo
     return Writing::Done;
 }
 
+/// Creates or empties a regular file; null, which is logged, where the path leads to anything else.
+File Create(const std::string& sPath)
+{
+    LS::Util::RegularFile regular("convert", sPath, O_WRONLY | O_CREAT | O_TRUNC);
+    if (!regular.IsOpen())
+        return nullptr;
+    File file(::fdopen(regular.Descriptor(), "wb"));
+    if (file)
+        regular.Release();
+    else
+        LS::Util::LogFailure("convert", sPath, LS::Util::SystemError());
+    return file;
+}
+
 /// Why a closed file isn't whole; empty if it is.
 std::string SizeFault(const std::string& sPath, std::size_t nBytes)
 {
@@ -67,11 +83,9 @@ bool WriteSourceCacheFile(const wxImage& image, const std::string& sPath,
                           const std::function<bool(std::int32_t y)>& rowDone)
 {
     LS_ASSERT(image.IsOk());
-    File file(std::fopen(sPath.c_str(), "wbe"));
-    if (!file) {
-        LS::Util::LogFailure("convert", sPath, LS::Util::SystemError());
+    File file = Create(sPath);
+    if (!file)
         return false;
-    }
 
     switch (WriteRows(image, file.get(), rowDone)) {
     case Writing::Failed:

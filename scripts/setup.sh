@@ -8,6 +8,7 @@ BUILD_PACKAGES="g++ cmake ninja-build ccache pkg-config libwxgtk3.2-dev libopene
 RUN_PACKAGES="fonts-dejavu-core adwaita-icon-theme librsvg2-common"
 TEST_PACKAGES="libgtest-dev libgmock-dev libbenchmark-dev libjpeg-dev xvfb xauth openbox xdotool locales
     parallel dpkg-dev file libxml2-utils"
+FUZZ_PACKAGES="clang libclang-rt-14-dev"
 LINT_PACKAGES="clang-format clang-tidy shellcheck desktop-file-utils appstream man-db"
 
 # Precompiled headers are only cached if ccache may trust them.

@@ -23,21 +23,26 @@ void RedirectTo(const std::string& sPath, int nDescriptor)
         _exit(126);
 }
 
+void Limit(__rlimit_resource nResource, long nValue)
+{
+    if (nValue < 0)
+        return;
+    const rlimit limit{static_cast<rlim_t>(nValue), static_cast<rlim_t>(nValue)};
+    setrlimit(nResource, &limit);
+}
+
 [[noreturn]] void BecomeProgram(const std::vector<std::string>& vsArguments, const RunOptions& options,
                                 const TempFolder& capture)
 {
-    RedirectTo(capture.File("out"), STDOUT_FILENO);
+    RedirectTo(options.output.empty() ? capture.File("out") : options.output, STDOUT_FILENO);
     RedirectTo(capture.File("err"), STDERR_FILENO);
     if (!options.folder.empty() && chdir(options.folder.c_str()) != 0)
         _exit(126);
     for (const std::string& sVariable : options.environment)
         putenv(const_cast<char*>(sVariable.c_str()));
-    if (options.fileSizeLimit >= 0) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        const auto nLimit = static_cast<rlim_t>(options.fileSizeLimit);
-        const rlimit limit{nLimit, nLimit};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
+    std::signal(SIGXFSZ, SIG_IGN);
+    Limit(RLIMIT_FSIZE, options.fileSizeLimit);
+    Limit(RLIMIT_AS, options.memoryLimit);
     const char* const szProgram = options.program.empty() ? LS_CLI_PROGRAM : options.program.c_str();
     std::vector<char*> vszArguments{const_cast<char*>(szProgram)};
     for (const std::string& sArgument : vsArguments)
@@ -45,6 +50,19 @@ void RedirectTo(const std::string& sPath, int nDescriptor)
     vszArguments.push_back(nullptr);
     execv(szProgram, vszArguments.data());
     _exit(126);
+}
+
+/// Ends a process that takes too long.
+void WatchTheClock(pid_t nProcess, std::chrono::duration<double> limit)
+{
+    const auto end = std::chrono::steady_clock::now() + limit;
+    siginfo_t info{};
+    while (waitid(P_PID, static_cast<id_t>(nProcess), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+           info.si_pid == 0) {
+        if (std::chrono::steady_clock::now() > end)
+            kill(nProcess, SIGKILL);
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
 }
 
 int WaitFor(pid_t nProcess)
@@ -69,6 +87,8 @@ ProgramRun RunProgram(const std::vector<std::string>& vsArguments, const RunOpti
         std::this_thread::sleep_for(std::chrono::duration<double>(options.interruptAfter));
         kill(nProcess, SIGINT);
     }
+    if (options.timeLimit >= 0)
+        WatchTheClock(nProcess, std::chrono::duration<double>(options.timeLimit));
     const int nCode = WaitFor(nProcess);
     return {nCode, ReadText(capture.File("out")), ReadText(capture.File("err"))};
 }

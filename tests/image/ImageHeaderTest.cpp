@@ -96,4 +96,42 @@ TEST(ImageHeader, FormatAndPixels)
     }
 }
 
+TEST(ImageHeader, Scans)
+{
+    constexpr int MOST = 5;
+    Bytes progressive = FRAME, threeChannels = FRAME;
+    progressive[1] = 0xC2;
+    threeChannels[9] = 3;
+    const Bytes scan = {0xFF, 0xDA, 0, 8, 1, 1, 0, 0, 63, 0, 0x12, 0xFF, 0, 0x34}; // with a stuffed zero
+    const Bytes restart = {0xFF, 0xD3, 0x56}, end = {0xFF, 0xD9};
+    const Bytes inComment = {0xFF, 0xFE, 0, 12, 0xFF, 0xDA, 0, 8, 1, 1, 0, 0, 63, 0};
+    const Bytes behindNothing = {0xFF, 0x02, 0xFF, 0xF0, 0xFF, 0xDA, 0, 8, 1, 1, 0, 0, 63, 0};
+    const struct {
+        const char* szName;
+        Bytes file;
+        int nScans;
+    } cases[] = {
+        {"no frame", START, 1},
+        {"one", Joined({START, FRAME, scan, end}), 1},
+        {"the decoder stops behind a first one of all channels", Joined({START, FRAME, scan, scan, end}), 1},
+        {"a channel each", Joined({START, threeChannels, scan, scan, scan, end}), 3},
+        {"progressive", Joined({START, progressive, scan, scan, end}), 2},
+        {"without an end", Joined({START, progressive, scan, scan}), 2},
+        {"behind the end", Joined({START, progressive, scan, end, scan, scan}), 1},
+        {"restarts", Joined({START, progressive, scan, restart, restart, scan, end}), 2},
+        {"in a comment", Joined({START, progressive, scan, inComment, scan, end}), 2},
+        {"behind a marker that has no length", Joined({START, progressive, scan, behindNothing, end}), 2},
+        {"the most", Joined({START, progressive, scan, scan, scan, scan, scan, end}), 5},
+        {"more", Joined({START, progressive, scan, scan, scan, scan, scan, scan, scan, end}), 6},
+    };
+    const TempFolder folder;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.szName);
+        LS::Tests::WriteElements(folder.File("picture"), c.file);
+        const LS::Util::FileDescriptor file(::open(folder.File("picture").c_str(), O_RDONLY | O_CLOEXEC));
+        EXPECT_EQ(c.nScans, Scans(file.Get(), PictureFormat::Jpeg, MOST));
+        EXPECT_EQ(1, Scans(file.Get(), PictureFormat::Png, MOST));
+    }
+}
+
 } // namespace

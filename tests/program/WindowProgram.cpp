@@ -65,10 +65,16 @@ WindowProgram::WindowProgram()
 
 WindowProgram::~WindowProgram()
 {
-    if (!IsRunning())
+    Kill();
+}
+
+void WindowProgram::Kill()
+{
+    if (m_nProcess < 0)
         return;
-    kill(m_nProcess, SIGKILL);
+    kill(m_nProcess, SIGKILL); // leaves the status of a process that has ended as it is
     waitpid(m_nProcess, nullptr, 0);
+    m_nProcess = -1;
 }
 
 void WindowProgram::Start(const std::vector<std::string>& vsArguments)

@@ -33,6 +33,9 @@ public:
     int WaitForExit();
     bool IsRunning();
 
+    /// Ends it at once, without a chance to do anything.
+    void Kill();
+
     std::string Output() const; ///< both of its streams
     std::string Log() const;
     std::vector<std::string> LogLines() const;

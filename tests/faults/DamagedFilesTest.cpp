@@ -1,0 +1,227 @@
+// Damaged, hostile and misnamed photographs: each is decoded or named, and nothing takes long.
+#include "image/ExifReader.h"
+#include "image/ImageDecoder.h"
+#include "tests/cli/Photographs.h"
+#include "tests/faults/FaultyProgram.h"
+#include "tests/faults/Form.h"
+#include "tests/faults/Mutation.h"
+#include "tests/faults/SamplePictures.h"
+#include "tests/image/Pictures.h"
+
+#include <gtest/gtest.h>
+#include <wx/init.h>
+#include <wx/log.h>
+
+#include <chrono>
+#include <filesystem>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace LS::Tests;
+namespace fs = std::filesystem;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double SecondsSince(Clock::time_point start)
+{
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+/// The image library without a window, and silence about what it finds in damaged files.
+class DamagedPictures : public testing::Test {
+protected:
+    DamagedPictures() { RegisterImageHandlers(); }
+
+    /// Decodes and reads the tags of some bytes. @return whether they decode
+    bool Take(const Bytes& bytes)
+    {
+        WriteElements(m_sPath, bytes);
+        const auto start = Clock::now();
+        const DecodedImage decoded = DecodeImage(m_sPath);
+        EXPECT_NE(DecodeOutcome::Missing, decoded.outcome);
+        EXPECT_EQ(decoded.outcome == DecodeOutcome::Decoded, decoded.image.IsOk());
+        ShotValues shot;
+        ReadShot(m_sPath, shot);
+        EXPECT_GT(MOST_SECONDS + 1,
+                  SecondsSince(start)); // a child process may use the ten seconds that it has
+        return decoded.image.IsOk();
+    }
+
+    TempFolder m_folder;
+    std::string m_sPath = m_folder.File("picture");
+
+private:
+    wxInitializer m_library;
+    wxLogNull m_silence;
+};
+
+Bytes WithExif(const std::string& sPath)
+{
+    WritePhotograph(sPath, {});
+    return ReadBytes(sPath);
+}
+
+} // namespace
+
+TEST_F(DamagedPictures, EachKindDecodesWhole)
+{
+    for (const SamplePicture& picture : SamplePictures()) {
+        SCOPED_TRACE(picture.sName);
+        EXPECT_TRUE(Take(picture.bytes));
+    }
+}
+
+TEST_F(DamagedPictures, CutAnywhere)
+{
+    for (const SamplePicture& picture : SamplePictures()) {
+        SCOPED_TRACE(picture.sName);
+        const std::size_t nStep = IsLongForm() ? 1 : picture.bytes.size() / 12 + 1;
+        for (std::size_t n = 0; n < picture.bytes.size(); n += nStep)
+            Take(Bytes(picture.bytes.begin(), picture.bytes.begin() + static_cast<std::ptrdiff_t>(n)));
+    }
+}
+
+TEST_F(DamagedPictures, Mutants)
+{
+    auto vPictures = SamplePictures();
+    vPictures.push_back({"photograph.jpg", WithExif(m_folder.File("photograph.jpg"))});
+    const int nMutants = InForm(600, 50000) / static_cast<int>(vPictures.size()) + 1;
+    int nDecoded = 0;
+    for (std::size_t i = 0; i < vPictures.size(); ++i) {
+        SCOPED_TRACE(vPictures[i].sName);
+        std::mt19937 random(static_cast<std::uint32_t>(i));
+        for (int n = 0; n < nMutants && !HasFailure(); ++n) {
+            SCOPED_TRACE(n);
+            nDecoded += Take(Mutated(vPictures[i].bytes, random));
+        }
+    }
+    const int nAll = nMutants * static_cast<int>(vPictures.size());
+    std::printf("%d mutants, of which %d decode\n", nAll, nDecoded);
+    EXPECT_LT(nAll / 20, nDecoded) << "damage that no decoder gets past tries little";
+    EXPECT_GT(nAll, nDecoded);
+}
+
+TEST_F(DamagedPictures, ManyScansEndInTime)
+{
+    EXPECT_TRUE(Take(Jpeg({.bProgressive = true})));
+    EXPECT_TRUE(Take(JpegOfManyScans(40, 24, 1000)));
+    // A file of half a megabyte that would keep a decoder busy for an hour.
+    WriteElements(m_sPath, JpegOfManyScans(5000, 4000, 50'000));
+    EXPECT_EQ("the decoder took too long", DecodeImage(m_sPath, std::chrono::seconds(1)).sReason);
+}
+
+namespace {
+
+/// Rows that are no photographs.
+class StrangeRows : public FaultyProgram {
+protected:
+    /// Merges the series and one more row, which is told to have an exposure.
+    ProgramRun MergeWithRow(const std::string& sRow, RunOptions options = {})
+    {
+        options.folder = m_outputs.Path();
+        options.timeLimit = MOST_SECONDS;
+        options.environment.push_back("TMPDIR=" + m_temporary.Path());
+        return RunProgram({"--shutter", "1,2,3,4", "--aperture", "8", "-o", "x.exr", m_vsImages[0],
+                           m_vsImages[1], m_vsImages[2], "--", sRow},
+                          options);
+    }
+
+    void ExpectRefused(const ProgramRun& run)
+    {
+        EXPECT_EQ(2, run.code) << run.err;
+        EXPECT_NE("", run.err);
+        EXPECT_TRUE(m_outputs.Names().empty());
+        EXPECT_TRUE(m_temporary.Names().empty());
+    }
+};
+
+} // namespace
+
+TEST_F(StrangeRows, AreRefusedWithoutWaitingAndWithoutTheNetwork)
+{
+    const TempFolder places;
+    ASSERT_EQ(0, mkfifo(places.File("pipe").c_str(), 0600));
+    fs::create_symlink("/dev/zero", places.File("link to a device"));
+    fs::create_symlink(places.File("loop"), places.File("loop"));
+    fs::create_symlink(places.File("nothing"), places.File("dangling"));
+    WriteText(places.File("empty"), "");
+    RunOptions options;
+    options.environment = {"LD_PRELOAD=" LS_FAILING_SYSTEM, "LS_FAULT_CALL=network",
+                           "LS_FAULT_MARK=" + places.File("met")};
+    for (const std::string& sRow :
+         {std::string("-"), std::string("http://127.0.0.1:9/a.jpg"), std::string("https://localhost/a.jpg"),
+          std::string("ftp://localhost/a.jpg"), std::string("file:///etc/passwd"), std::string("data:,x"),
+          std::string("/dev/zero"), std::string("/dev/tty"), std::string("/dev/stdin"),
+          std::string("/proc/self/mem"), std::string("/proc/kmsg"), places.Path(), places.File("pipe"),
+          places.File("link to a device"), places.File("loop"), places.File("dangling"), places.File("empty"),
+          std::string("\n%n%s"), std::string(5000, 'a')}) {
+        SCOPED_TRACE(sRow);
+        ExpectRefused(MergeWithRow(sRow, options));
+        EXPECT_FALSE(fs::exists(places.File("met"))) << "the network was asked";
+    }
+}
+
+TEST_F(StrangeRows, WatchesTheNetworkIndeed)
+{
+    const TempFolder places;
+    RunOptions options;
+    options.program = "/usr/bin/getent";
+    options.environment = {"LD_PRELOAD=" LS_FAILING_SYSTEM, "LS_FAULT_CALL=network",
+                           "LS_FAULT_MARK=" + places.File("met")};
+    RunProgram({"ahosts", "127.0.0.1"}, options);
+    EXPECT_TRUE(fs::exists(places.File("met")));
+}
+
+TEST_F(StrangeRows, PicturesUnderWrongNamesCountByTheirContent)
+{
+    const wxInitializer library;
+    RegisterImageHandlers();
+    const std::vector<SamplePicture> vPictures = SamplePictures();
+    const TempFolder places;
+    for (std::size_t i = 0; i < vPictures.size(); ++i) {
+        // Each picture under the name of another kind; its size differs from that of the series.
+        const std::string sName = vPictures[(i + 5) % vPictures.size()].sName;
+        SCOPED_TRACE(vPictures[i].sName + " as " + sName);
+        WriteElements(places.File(sName), vPictures[i].bytes);
+        const ProgramRun run = MergeWithRow(places.File(sName));
+        ExpectRefused(run);
+        EXPECT_NE(std::string::npos, run.err.find("images of one size")) << run.err;
+    }
+}
+
+TEST_F(StrangeRows, HeadersThatAskForTooMuchMeetTheMemoryLimit)
+{
+    const wxInitializer library;
+    RegisterImageHandlers();
+    const TempFolder places;
+    const auto bomb = [](Bytes file, std::size_t nAt, const Bytes& size) {
+        std::copy(size.begin(), size.end(), file.begin() + static_cast<std::ptrdiff_t>(nAt));
+        return file;
+    };
+    const wxImage blocks = BlockPicture(40, 24);
+    const Bytes jpeg = Jpeg({}), progressive = Jpeg({.bProgressive = true});
+    // 500 megapixels each, just below what is refused by the header alone.
+    const struct {
+        const char* szName;
+        Bytes file;
+    } cases[] = {
+        {"bomb.png", bomb(Encoded(blocks, wxBITMAP_TYPE_PNG), 16, {0, 0, 0x4E, 0x20, 0, 0, 0x61, 0xA8})},
+        {"bomb.jpg", bomb(jpeg, Find(jpeg, {0xFF, 0xC0, 0, 17, 8}) + 5, {0x4E, 0x20, 0x61, 0xA8})},
+        {"progressive.jpg",
+         bomb(progressive, Find(progressive, {0xFF, 0xC2, 0, 17, 8}) + 5, {0x4E, 0x20, 0x61, 0xA8})},
+        {"bomb.tif", GreyTiff({20'000, 25'000})},
+        {"bomb.bmp", bomb(Encoded(blocks, wxBITMAP_TYPE_BMP), 18, {0x20, 0x4E, 0, 0, 0xA8, 0x61, 0, 0})},
+        {"bomb.tga", bomb(Encoded(blocks, wxBITMAP_TYPE_TGA), 12, {0x20, 0x4E, 0xA8, 0x61})},
+        {"bomb.gif", bomb(Encoded(blocks, wxBITMAP_TYPE_GIF), 6, {0x20, 0x4E, 0xA8, 0x61})},
+        {"bomb.pcx", bomb(Encoded(blocks, wxBITMAP_TYPE_PCX), 8, {0x20, 0x4E, 0xA8, 0x61})},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.szName);
+        WriteElements(places.File(c.szName), c.file);
+        RunOptions options;
+        options.memoryLimit = 1L << 30;
+        ExpectRefused(MergeWithRow(places.File(c.szName), options));
+    }
+}

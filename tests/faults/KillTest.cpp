@@ -1,0 +1,72 @@
+// A sudden end at any moment: photographs and older files stay, and the next run is like any other.
+#include "tests/faults/FaultyProgram.h"
+#include "tests/faults/Form.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <random>
+
+using namespace LS::Tests;
+
+namespace {
+
+constexpr int KILLED = 128 + 9;
+
+class SuddenEnd : public FaultyProgram {
+protected:
+    SuddenEnd() : FaultyProgram(900, 600) {}
+
+    std::vector<Bytes> Photographs() const
+    {
+        std::vector<Bytes> vPhotographs;
+        for (const std::string& sPath : m_vsImages)
+            vPhotographs.push_back(ReadBytes(sPath));
+        return vPhotographs;
+    }
+
+    /// What no program can take away after such an end: its working folder, and outputs without a name.
+    void RemoveTraces()
+    {
+        for (const std::string& sName : m_temporary.Names()) {
+            EXPECT_TRUE(sName.starts_with("lumistrand-")) << sName;
+            std::filesystem::remove_all(m_temporary.File(sName));
+        }
+        for (const std::string& sName : m_outputs.Names())
+            if (sName.starts_with(".lumistrand-"))
+                std::filesystem::remove(m_outputs.File(sName));
+    }
+};
+
+} // namespace
+
+TEST_F(SuddenEnd, LeavesPhotographsAndOlderFiles)
+{
+    using Clock = std::chrono::steady_clock;
+    const std::vector<std::string>& vsOutputs = AllOutputs()[0];
+    const std::vector<Bytes> vPhotographs = Photographs();
+    Untroubled(vsOutputs);
+    const auto start = Clock::now();
+    Merge(vsOutputs);
+    const std::chrono::duration<double> whole = Clock::now() - start;
+
+    std::mt19937 random(3);
+    int nKilled = 0;
+    for (int i = 0; i < InForm(5, 100); ++i) {
+        PutOlderFiles(vsOutputs);
+        RunOptions options;
+        options.timeLimit = whole.count() * static_cast<double>(random() % 1000) / 1000;
+        SCOPED_TRACE(options.timeLimit);
+        const ProgramRun run = Merge(vsOutputs, options);
+        EXPECT_TRUE(run.code == KILLED || run.code == 0) << run.err;
+        nKilled += run.code == KILLED;
+        ExpectWholeFiles(run, vsOutputs, m_outputs.Path());
+        EXPECT_EQ(vPhotographs, Photographs());
+        RemoveTraces();
+        const ProgramRun next = Merge(vsOutputs);
+        EXPECT_EQ(0, next.code);
+        ExpectCleanOutcome(next, vsOutputs);
+    }
+    EXPECT_LT(0, nKilled);
+}
