@@ -40,6 +40,16 @@ function(ls_ratios name)
     set_tests_properties(bench.${name} PROPERTIES LABELS bench TIMEOUT 300)
 endfunction()
 
+# ls_gui_ratios(NAME SOURCES ... LINK targets...): the same with windows; its name ends in _window_ratios.
+function(ls_gui_ratios name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE ls_flags ls_bench_support ${arg_LINK})
+    add_test(NAME bench.${name}
+        COMMAND ${CMAKE_SOURCE_DIR}/scripts/with_display.sh openbox $<TARGET_FILE:${name}> --once)
+    set_tests_properties(bench.${name} PROPERTIES LABELS bench TIMEOUT 300 RESOURCE_LOCK display)
+endfunction()
+
 # ls_gui_test(NAME SOURCES ... LINK targets...): a test program that shows windows. It runs twice on displays of
 # its own, with and without a window manager.
 function(ls_gui_test name)

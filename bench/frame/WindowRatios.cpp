@@ -1,0 +1,151 @@
+// The whole job in the window, with its dialogs, beside the same run of the headless program.
+#include "bench/support/Photographs.h"
+#include "bench/support/Ratios.h"
+#include "engine/CacheFolder.h"
+#include "engine/HDRRoutine.h"
+#include "frame/JobProgress.h"
+#include "frame/LumiStrandHDRFrm.h"
+#include "frame/SourceGrid.h"
+#include "image/ImageCache.h"
+#include "tests/support/TempFolder.h"
+
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <string>
+#include <vector>
+
+#include <wx/app.h>
+#include <wx/evtloop.h>
+#include <wx/grid.h>
+#include <wx/image.h>
+#include <wx/log.h>
+#include <wx/modalhook.h>
+
+using namespace LS::Bench;
+
+namespace {
+
+/// Doesn't save what an earlier round merged.
+class AnswerNo : public wxModalDialogHook {
+public:
+    AnswerNo() { Register(); }
+    AnswerNo(const AnswerNo&) = delete;
+    AnswerNo& operator=(const AnswerNo&) = delete;
+    ~AnswerNo() override { Unregister(); }
+
+protected:
+    int Enter(wxDialog*) override { return wxID_NO; }
+};
+
+class Window {
+public:
+    Window() : m_frame(new LumiStrandHDRFrm(nullptr, wxID_ANY, "Whole run")) { m_frame->Show(); }
+    Window(const Window&) = delete;
+    Window& operator=(const Window&) = delete;
+    ~Window()
+    {
+        m_frame->Destroy();
+        wxYield();
+    }
+
+    /// From photographs to the saved picture, as after a start: nothing is decoded yet.
+    void Run(const std::vector<std::string>& vsPhotographs, const std::string& sPicture) const
+    {
+        ImageCache::DestroyInstance();
+        wxArrayString paths;
+        for (const std::string& sPhotograph : vsPhotographs)
+            paths.Add(wxString::FromUTF8(sPhotograph));
+        m_frame->AddFiles(paths);
+        SetShutters();
+        wxCommandEvent create(wxEVT_MENU, ID_CREATE_HDR);
+        m_frame->GetEventHandler()->ProcessEvent(create);
+        JobProgress job(m_frame, "Save Image");
+        Require(SaveHDRFile(sPicture.c_str(), HDR_OPENEXR, &job.Setter()), "not saved");
+    }
+
+private:
+    void SetShutters() const
+    {
+        auto& grid = dynamic_cast<wxGrid&>(*wxWindow::FindWindowByName("grid", m_frame));
+        const std::vector<float> vfShutters = Photographs::Shutters();
+        for (int nRow = 0; nRow < static_cast<int>(vfShutters.size()); ++nRow) {
+            SetNumberCell(grid, nRow, COL_SHUTTER, vfShutters[static_cast<std::size_t>(nRow)]);
+            wxGridEvent changed(grid.GetId(), wxEVT_GRID_CELL_CHANGED, &grid, nRow, COL_SHUTTER);
+            grid.GetEventHandler()->ProcessEvent(changed);
+        }
+    }
+
+    LumiStrandHDRFrm* m_frame;
+};
+
+void RunHeadless(std::vector<std::string> vsArguments)
+{
+    std::vector<char*> vszArguments;
+    vszArguments.reserve(vsArguments.size() + 1);
+    for (std::string& sArgument : vsArguments)
+        vszArguments.push_back(sArgument.data());
+    vszArguments.push_back(nullptr);
+    pid_t nProcess = 0;
+    Require(::posix_spawn(&nProcess, vszArguments[0], nullptr, nullptr, vszArguments.data(), environ) == 0,
+            "not started");
+    int nStatus = 0;
+    Require(::waitpid(nProcess, &nStatus, 0) == nProcess && nStatus == 0, "the run failed");
+}
+
+void MeasureWindow(RatioTable& table)
+{
+    const LS::Tests::TempFolder folder;
+    RedirectCacheFolder(folder.WideFile("hdrcache"));
+    std::vector<std::string> vsPhotographs;
+    for (std::size_t i = 0; i < Photographs::COUNT; ++i) {
+        vsPhotographs.push_back(folder.File("photograph" + std::to_string(i) + ".jpg"));
+        Photographs::WriteJpeg(i, vsPhotographs.back());
+    }
+    std::vector<std::string> vsArguments{LS_HEADLESS_PROGRAM,
+                                         "--quiet",
+                                         "--force",
+                                         "--output",
+                                         folder.File("headless.exr"),
+                                         "--shutter",
+                                         "1/500,1/125,1/31,1/8,1/2",
+                                         "--aperture",
+                                         "14"};
+    vsArguments.insert(vsArguments.end(), vsPhotographs.begin(), vsPhotographs.end());
+
+    const std::string sPicture = folder.File("window.exr");
+    const Window window;
+    const AnswerNo no;
+    table.Ratio(
+        "5 JPEG of 24 MP to OpenEXR in the window: beside the headless run", 1.05,
+        [&] { window.Run(vsPhotographs, sPicture); }, [&] { RunHeadless(vsArguments); });
+}
+
+class BenchApp : public wxApp {
+public:
+    bool OnInit() override
+    {
+        // The library owns the new target.
+        // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
+        delete wxLog::SetActiveTarget(new wxLogStderr);
+        wxInitAllImageHandlers();
+        SetExitOnFrameDelete(false);
+        return true;
+    }
+
+    int OnRun() override
+    {
+        wxEventLoop loop;
+        const wxEventLoopActivator active(&loop);
+        m_nCode = PrintRows(argc, argv, MeasureWindow);
+        return m_nCode;
+    }
+
+private:
+    int m_nCode = 0;
+};
+
+} // namespace
+
+wxIMPLEMENT_APP(BenchApp); // NOLINT(google-explicit-constructor): the library's macro
