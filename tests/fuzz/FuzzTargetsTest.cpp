@@ -8,9 +8,19 @@
 
 #include <chrono>
 #include <filesystem>
+#include <ostream>
 
 using namespace LS::Tests;
 using LS::Fuzz::NamedTarget;
+
+namespace LS::Fuzz {
+
+static void PrintTo(const NamedTarget& target, std::ostream* pStream)
+{
+    *pStream << target.szName;
+}
+
+} // namespace LS::Fuzz
 
 namespace {
 

@@ -187,9 +187,9 @@ int FuzzRgbe(const std::uint8_t* pData, std::size_t nBytes)
         return 0;
     const std::int32_t nWidth = pData[0] + 1;
     const std::size_t nRow = 3 * static_cast<std::size_t>(nWidth);
-    std::vector<float> vfPixels((nBytes - 1) / sizeof(float));
-    std::memcpy(vfPixels.data(), pData + 1, vfPixels.size() * sizeof(float));
-    vfPixels.resize((vfPixels.size() / nRow + 1) * nRow); // one row at least
+    const std::size_t nFloats = (nBytes - 1) / sizeof(float);
+    std::vector<float> vfPixels((nFloats / nRow + 1) * nRow); // one row at least
+    std::memcpy(vfPixels.data(), pData + 1, nFloats * sizeof(float));
     const auto nHeight = static_cast<std::int32_t>(vfPixels.size() / nRow);
 
     char* pFile = nullptr;

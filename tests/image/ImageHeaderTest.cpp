@@ -105,7 +105,7 @@ TEST(ImageHeader, Scans)
     const Bytes scan = {0xFF, 0xDA, 0, 8, 1, 1, 0, 0, 63, 0, 0x12, 0xFF, 0, 0x34}; // with a stuffed zero
     const Bytes restart = {0xFF, 0xD3, 0x56}, end = {0xFF, 0xD9};
     const Bytes inComment = {0xFF, 0xFE, 0, 12, 0xFF, 0xDA, 0, 8, 1, 1, 0, 0, 63, 0};
-    const Bytes behindNothing = {0xFF, 0x02, 0xFF, 0xF0, 0xFF, 0xDA, 0, 8, 1, 1, 0, 0, 63, 0};
+    const Bytes behindNothing = {0xFF, 0x02, 0x7F, 0xF0, 0xFF, 0xDA, 0, 8, 1, 1, 0, 0, 63, 0};
     const struct {
         const char* szName;
         Bytes file;
