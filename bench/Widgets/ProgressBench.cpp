@@ -1,11 +1,11 @@
 // What the reports of a long job cost: the dialog's share of an update, beside a frame as full as the
 // program's.
 #include "Widgets/lsProgressDialog.h"
+#include "bench/support/WindowApp.h"
 
 #include <benchmark/benchmark.h>
 #include <wx/app.h>
 #include <wx/button.h>
-#include <wx/evtloop.h>
 #include <wx/frame.h>
 #include <wx/panel.h>
 #include <wx/sizer.h>
@@ -79,30 +79,15 @@ void BM_YieldAlone(benchmark::State& state)
 }
 BENCHMARK(BM_YieldAlone)->Unit(benchmark::kMicrosecond);
 
-class BenchApp : public wxApp {
-public:
-    bool OnInit() override
-    {
-        SetTopWindow(FullFrame());
-        return true;
-    }
-
-    int OnRun() override
-    {
-        wxEventLoop loop;
-        const wxEventLoopActivator active(&loop);
-        Settle();
-        benchmark::RunSpecifiedBenchmarks();
-        return 0;
-    }
-};
-
 } // namespace
-
-wxIMPLEMENT_APP_NO_MAIN(BenchApp); // NOLINT(google-explicit-constructor): the library's macro
 
 int main(int argc, char** argv)
 {
     benchmark::Initialize(&argc, argv);
-    return wxEntry(argc, argv);
+    return LS::Bench::RunWithWindows(argc, argv, [] {
+        wxTheApp->SetTopWindow(FullFrame());
+        Settle();
+        benchmark::RunSpecifiedBenchmarks();
+        return 0;
+    });
 }

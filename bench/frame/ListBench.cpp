@@ -1,6 +1,7 @@
 // Long lists and large previews in the main window.
 #include "Util/OpenFiles.h"
 #include "Widgets/lsRadioButton.h"
+#include "bench/support/WindowApp.h"
 #include "engine/HDRWorkspace.h"
 #include "frame/LumiStrandHDRFrm.h"
 #include "frame/MergeInput.h"
@@ -10,10 +11,7 @@
 
 #include <benchmark/benchmark.h>
 #include <wx/app.h>
-#include <wx/evtloop.h>
 #include <wx/grid.h>
-#include <wx/image.h>
-#include <wx/log.h>
 #include <wx/slider.h>
 
 #include <filesystem>
@@ -168,34 +166,14 @@ void BM_SliderMove(benchmark::State& state)
 }
 BENCHMARK(BM_SliderMove)->Unit(benchmark::kMillisecond);
 
-class BenchApp : public wxApp {
-public:
-    bool OnInit() override
-    {
-        // Boxes would block for ever. The library owns the new target.
-        // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
-        delete wxLog::SetActiveTarget(new wxLogStderr);
-        wxInitAllImageHandlers();
-        SetExitOnFrameDelete(false);
-        return true;
-    }
-
-    int OnRun() override
-    {
-        wxEventLoop loop;
-        const wxEventLoopActivator active(&loop);
-        benchmark::RunSpecifiedBenchmarks();
-        return 0;
-    }
-};
-
 } // namespace
-
-wxIMPLEMENT_APP_NO_MAIN(BenchApp); // NOLINT(google-explicit-constructor): the library's macro
 
 int main(int argc, char** argv)
 {
     benchmark::Initialize(&argc, argv);
     LS::Util::AllowManyOpenFiles();
-    return wxEntry(argc, argv);
+    return LS::Bench::RunWithWindows(argc, argv, [] {
+        benchmark::RunSpecifiedBenchmarks();
+        return 0;
+    });
 }

@@ -1,6 +1,7 @@
 // The whole job in the window, with its dialogs, beside the same run of the headless program.
 #include "bench/support/Photographs.h"
 #include "bench/support/Ratios.h"
+#include "bench/support/WindowApp.h"
 #include "engine/CacheFolder.h"
 #include "engine/HDRRoutine.h"
 #include "frame/JobProgress.h"
@@ -17,10 +18,8 @@
 #include <vector>
 
 #include <wx/app.h>
-#include <wx/evtloop.h>
+#include <wx/arrstr.h>
 #include <wx/grid.h>
-#include <wx/image.h>
-#include <wx/log.h>
 #include <wx/modalhook.h>
 
 using namespace LS::Bench;
@@ -122,30 +121,9 @@ void MeasureWindow(RatioTable& table)
         [&] { window.Run(vsPhotographs, sPicture); }, [&] { RunHeadless(vsArguments); });
 }
 
-class BenchApp : public wxApp {
-public:
-    bool OnInit() override
-    {
-        // The library owns the new target.
-        // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
-        delete wxLog::SetActiveTarget(new wxLogStderr);
-        wxInitAllImageHandlers();
-        SetExitOnFrameDelete(false);
-        return true;
-    }
-
-    int OnRun() override
-    {
-        wxEventLoop loop;
-        const wxEventLoopActivator active(&loop);
-        m_nCode = PrintRows(argc, argv, MeasureWindow);
-        return m_nCode;
-    }
-
-private:
-    int m_nCode = 0;
-};
-
 } // namespace
 
-wxIMPLEMENT_APP(BenchApp); // NOLINT(google-explicit-constructor): the library's macro
+int main(int argc, char** argv)
+{
+    return RunWithWindows(argc, argv, [=] { return PrintRows(argc, argv, MeasureWindow); });
+}
