@@ -194,7 +194,7 @@ TEST(MergeExposures, FailuresLeaveNothingButALogLine)
              fs::remove(s.File(0));
              fs::create_directory(s.File(0));
          },
-         4, "directory"},
+         4, "not a regular file"},
         {"too narrow", [](const Series&) {}, 1, "too narrow"},
         {"no size", [](const Series&) {}, 0, "unknown"},
     };

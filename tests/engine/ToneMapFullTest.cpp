@@ -156,7 +156,7 @@ TEST(ToneMapFull, FailuresGiveNullAndOneLine)
         {"no file, by rows", "float.tmp: No such file or directory", removeFloats, 1501, false},
         {"short file, in memory", "float.tmp: the file is too short", cutFloats, 20, false},
         {"short file, by rows", "float.tmp: the file is too short", cutFloats, 1501, false},
-        {"no place for the chromaticities", "xydata.tmp: Is a directory", blockChroma, 1501, false},
+        {"no place for the chromaticities", "xydata.tmp: not a regular file", blockChroma, 1501, false},
         {"full disk", "xydata.tmp: File too large", nothing, 1501, true},
     };
     for (const auto& c : cases) {
