@@ -17,6 +17,7 @@
 #include <filesystem>
 #include <random>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 using namespace LS::Tests;
 namespace fs = std::filesystem;
@@ -193,6 +194,12 @@ TEST(MergeExposures, FailuresLeaveNothingButALogLine)
          [](const Series& s) {
              fs::remove(s.File(0));
              fs::create_directory(s.File(0));
+         },
+         4, "not a regular file"},
+        {"pipe as source",
+         [](const Series& s) {
+             fs::remove(s.File(0));
+             ASSERT_EQ(0, mkfifo(s.File(0).c_str(), 0600));
          },
          4, "not a regular file"},
         {"too narrow", [](const Series&) {}, 1, "too narrow"},

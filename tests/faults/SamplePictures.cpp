@@ -44,7 +44,8 @@ void AppendChunk(Bytes& bytes, std::string_view sName, const Bytes& content)
     Append(bytes, sName);
     Append32(bytes, content.size());
     bytes.insert(bytes.end(), content.begin(), content.end());
-    bytes.resize(bytes.size() + content.size() % 2);
+    if (content.size() % 2 != 0)
+        bytes.push_back(0);
 }
 
 /// An animated cursor of one frame: a RIFF file around a cursor.
@@ -227,11 +228,11 @@ Bytes JpegOfManyScans(int nWidth, int nHeight, int nScans)
     file[nFrame + 1] = static_cast<unsigned char>(nHeight);
     file[nFrame + 2] = static_cast<unsigned char>(nWidth >> 8);
     file[nFrame + 3] = static_cast<unsigned char>(nWidth);
-    file.resize(file.size() - 2);                             // the end of the image
     const Bytes scan{0xFF, 0xDA, 0, 8, 1, 1, 0, 1, 63, 0x10}; // refines all coefficients but the first
+    Bytes scans;
     for (int i = 0; i < nScans; ++i)
-        file.insert(file.end(), scan.begin(), scan.end());
-    file.insert(file.end(), {0xFF, 0xD9});
+        scans.insert(scans.end(), scan.begin(), scan.end());
+    file.insert(file.end() - 2, scans.begin(), scans.end()); // before the end of the image
     return file;
 }
 
