@@ -1,6 +1,7 @@
 // The entry of the window program.
 #include "app/LumiStrandHDRApp.h"
 
+#include "Util/HeapPolicy.h"
 #include "Util/OpenFiles.h"
 #include "Util/Paths.h"
 
@@ -16,6 +17,7 @@ int main(int argc, char** argv)
 {
     wxDISABLE_DEBUG_SUPPORT();
     LS::Util::AllowManyOpenFiles();
+    LS::Util::KeepFreedImages();
     // The arguments are paths: the library would read them by the locale, which may know no such letters.
     const auto nArguments = static_cast<std::size_t>(argc);
     std::vector<std::wstring> vsArguments(nArguments);

@@ -1,5 +1,6 @@
 // The headless program: merges a series named on the command line, or those of a folder.
 #include "Util/HeapPolicy.h"
+#include "Util/OpenFiles.h"
 #include "cli/Batch.h"
 #include "cli/Cancel.h"
 #include "cli/Console.h"
@@ -35,6 +36,7 @@ ExitCode Merge(const Options& options)
         console.Error("", "the image library can't be started");
         return ExitCode::Merge;
     }
+    LS::Util::AllowManyOpenFiles();
     LS::Util::KeepFreedImages();
     RegisterImageHandlers();
     return MergeJob(options, console).Run();

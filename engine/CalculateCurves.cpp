@@ -124,7 +124,8 @@ bool CalculateCurves(const std::vector<std::wstring>& vsLDRFiles, std::int32_t n
                 ResetWorkspace();
                 return false;
             }
-            Report(pProgress, static_cast<std::int32_t>(std::min<std::size_t>(2 * (i + 1), nSolvingStart)));
+            const auto nRead = static_cast<std::int32_t>(i) + 1;
+            Report(pProgress, std::min(2 * nRead, nSolvingStart));
         }
         sFile.clear();
 

@@ -235,12 +235,16 @@ std::size_t MergeGroupsSse2(const MergeTables& tables, Rows vpRows, std::size_t 
 std::size_t MergeGroups(const MergeTables& tables, Rows vpRows, std::size_t nWidth, float* pfRow)
 {
 #if defined(__x86_64__)
-    return LS::Util::BestInstructionSet() >= LS::Util::InstructionSet::Avx2
-               ? MergeGroupsAvx2(tables, vpRows, nWidth, pfRow)
-               : MergeGroupsSse2(tables, vpRows, nWidth, pfRow);
-#else
-    return 0;
+    switch (LS::Util::BestInstructionSet()) {
+    case LS::Util::InstructionSet::Avx2:
+        return MergeGroupsAvx2(tables, vpRows, nWidth, pfRow);
+    case LS::Util::InstructionSet::Baseline:
+        return MergeGroupsSse2(tables, vpRows, nWidth, pfRow);
+    case LS::Util::InstructionSet::Plain:
+        break;
+    }
 #endif
+    return 0;
 }
 
 } // namespace

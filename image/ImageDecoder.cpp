@@ -3,6 +3,7 @@
 
 #include "Util/FailureLog.h"
 #include "Util/FileDescriptor.h"
+#include "Util/HeapPolicy.h"
 #include "Util/RegularFile.h"
 #include "image/DecoderProcess.h"
 #include "image/ImageHeader.h"
@@ -106,8 +107,10 @@ DecodedImage DecodeOpenFile(int nFile, std::chrono::milliseconds timeLimit)
 {
     const LibraryLog log;
     const PictureFormat format = FormatOf(nFile);
-    if (PixelsAsked(nFile, format) > std::uint64_t{MAX_DECODED_PIXELS})
+    const std::uint64_t nPixels = PixelsAsked(nFile, format);
+    if (nPixels > std::uint64_t{MAX_DECODED_PIXELS})
         return Failure(DecodeOutcome::Undecodable, "the header asks for more than 512 megapixels");
+    LS::Util::ExpectLargeBlock(static_cast<std::size_t>(nPixels) * 3);
     const auto decode = [&] { return Decode(nFile, format, log); };
     return NeedsWatching(nFile, format) ? DecodeInChild(decode, nFile, timeLimit) : decode();
 }

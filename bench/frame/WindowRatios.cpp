@@ -1,4 +1,5 @@
 // The whole job in the window, with its dialogs, beside the same run of the headless program.
+#include "Util/HeapPolicy.h"
 #include "bench/support/Photographs.h"
 #include "bench/support/Ratios.h"
 #include "bench/support/WindowApp.h"
@@ -10,6 +11,7 @@
 #include "image/ImageCache.h"
 #include "tests/support/TempFolder.h"
 
+#include <malloc.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -53,6 +55,7 @@ public:
     void Run(const std::vector<std::string>& vsPhotographs, const std::string& sPicture) const
     {
         ImageCache::DestroyInstance();
+        ::malloc_trim(0);
         wxArrayString paths;
         for (const std::string& sPhotograph : vsPhotographs)
             paths.Add(wxString::FromUTF8(sPhotograph));
@@ -125,5 +128,6 @@ void MeasureWindow(RatioTable& table)
 
 int main(int argc, char** argv)
 {
+    LS::Util::KeepFreedImages(); // as the program does
     return RunWithWindows(argc, argv, [=] { return PrintRows(argc, argv, MeasureWindow); });
 }

@@ -153,7 +153,8 @@ int FuzzCurve(const std::uint8_t* pData, std::size_t nBytes)
     LS_ASSERT(curves.Get().size() == 3);
     for (std::size_t c = 0; c < 3; ++c) {
         const std::size_t nThere = std::min(CURVE_BYTES, nBytes - std::min(nBytes, c * CURVE_BYTES));
-        LS_ASSERT(std::memcmp(curves.Get()[c], pData + (nThere > 0 ? c * CURVE_BYTES : 0), nThere) == 0);
+        if (nThere > 0)
+            LS_ASSERT(std::memcmp(curves.Get()[c], pData + c * CURVE_BYTES, nThere) == 0);
         for (std::size_t i = (nThere + 3) / sizeof(float); i < 256; ++i)
             LS_ASSERT(curves.Get()[c][i] == 0);
     }

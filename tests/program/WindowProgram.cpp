@@ -1,6 +1,8 @@
 // Starts the window program and drives it with xdotool.
 #include "tests/program/WindowProgram.h"
 
+#include "tests/support/TestProcess.h"
+
 #include <array>
 #include <chrono>
 #include <csignal>
@@ -81,7 +83,9 @@ void WindowProgram::Start(const std::vector<std::string>& vsArguments)
 {
     const std::string sProgram = File("lumistrand-hdr");
     const std::string sHome = m_folder.File("home"), sRuntime = m_folder.File("runtime");
-    const std::string sOutput = m_folder.File("output");
+    const std::string sOutput = m_folder.File("output"), sLeaks = m_folder.File("leaks");
+    const std::string sLeakOptions = "print_suppressions=0:suppressions=" + sLeaks;
+    WriteText(sLeaks, LeaksOfLibraries());
     std::vector<char*> vszArguments{const_cast<char*>(sProgram.c_str())};
     for (const std::string& sArgument : vsArguments)
         vszArguments.push_back(const_cast<char*>(sArgument.c_str()));
@@ -97,6 +101,7 @@ void WindowProgram::Start(const std::vector<std::string>& vsArguments)
     dup2(nOutput, STDERR_FILENO);
     setenv("HOME", sHome.c_str(), 1);
     setenv("XDG_RUNTIME_DIR", sRuntime.c_str(), 1);
+    setenv("LSAN_OPTIONS", sLeakOptions.c_str(), 1); // the sanitized program reads it
     execv(sProgram.c_str(), vszArguments.data());
     _exit(126);
 }

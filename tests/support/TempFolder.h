@@ -26,7 +26,7 @@ private:
     std::string m_sPath;
 };
 
-Bytes ReadBytes(const std::string& sPath); ///< empty if the file isn't there
+Bytes ReadBytes(const std::string& sPath);      ///< empty if the file isn't there
 std::string ReadText(const std::string& sPath); ///< the same as a text
 void WriteBytes(const std::string& sPath, const void* pData, std::size_t nBytes);
 void WriteText(const std::string& sPath, std::string_view sText);

@@ -21,9 +21,7 @@ extern "C" const char* __asan_default_suppressions() // NOLINT(bugprone-reserved
 /// Memory that the leak checker shall pass over.
 extern "C" const char* __lsan_default_suppressions() // NOLINT(bugprone-reserved-identifier): its fixed name
 {
-    // fontconfig keeps the patterns of the fonts in use until the process ends; setlocale loses its list of
-    // folders each time that LOCPATH names some.
-    return "leak:libfontconfig\nleak:__argz_add_sep\n";
+    return LS::Tests::LeaksOfLibraries();
 }
 
 namespace LS::Tests {
@@ -46,6 +44,13 @@ void PrepareTestProcess()
     // Goes after main's last line and before the workspace, which empties the folder once more.
     static const TempFolder home;
     RedirectCacheFolder(home.WideFile("hdrcache"));
+}
+
+const char* LeaksOfLibraries()
+{
+    // fontconfig keeps the patterns of the fonts in use until the process ends; setlocale loses its list of
+    // folders each time that LOCPATH names some.
+    return "leak:libfontconfig\nleak:__argz_add_sep\n";
 }
 
 } // namespace LS::Tests
