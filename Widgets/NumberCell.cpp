@@ -22,7 +22,8 @@ std::optional<double> ReadNumberOrFraction(const wxString& text)
     const auto denominator = ReadNumber(pieces[1]);
     if (!numerator || !denominator || *denominator == 0)
         return std::nullopt;
-    return *numerator / *denominator;
+    const double dValue = *numerator / *denominator;
+    return std::isfinite(dValue) ? std::optional(dValue) : std::nullopt;
 }
 
 std::optional<wxString> NumberCellText(const wxString& text, float min, float max)

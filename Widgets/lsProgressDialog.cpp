@@ -60,6 +60,7 @@ lsProgressDialog::lsProgressDialog(const wxString& title, const wxString& messag
 {
     SetExtraStyle(GetExtraStyle() | wxWS_EX_TRANSIENT);
     SetWindowStyle(GetWindowStyle() | style);
+    SetBackgroundStyle(wxBG_STYLE_SYSTEM); // nobody erases it, and preparing that took a fifth of an update
     if (!m_hasAbortButton)
         EnableCloseButton(false);
     m_maximum /= m_factor;

@@ -100,7 +100,8 @@ constexpr int MOST_USUAL_SCANS = 32;
 /// Whether a picture's decoder may crash on damaged files, or take a time that its size doesn't bound.
 bool NeedsWatching(int nFile, PictureFormat format)
 {
-    return format == PictureFormat::Other || Scans(nFile, format, MOST_USUAL_SCANS) > MOST_USUAL_SCANS;
+    return format == PictureFormat::Other || Scans(nFile, format, MOST_USUAL_SCANS) > MOST_USUAL_SCANS ||
+           !HoldsItsChunks(nFile, format);
 }
 
 DecodedImage DecodeOpenFile(int nFile, std::chrono::milliseconds timeLimit)

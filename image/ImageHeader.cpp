@@ -37,6 +37,14 @@ public:
         return nHigh == END || nLow == END ? END : nHigh << 8 | nLow;
     }
 
+    /// Four bytes, the high one first.
+    std::int64_t NextLong()
+    {
+        const int nHigh = NextWord();
+        const int nLow = NextWord();
+        return nHigh == END || nLow == END ? END : std::int64_t{nHigh} << 16 | nLow;
+    }
+
     void Skip(std::size_t nBytes)
     {
         const std::size_t nBuffered = std::min(nBytes, m_nFilled - m_nNext);
@@ -182,15 +190,31 @@ std::uint64_t PngPixels(int nFile)
 {
     ByteReader bytes(nFile);
     bytes.Skip(8 + 4 + 4); // signature, then length and name of the first chunk, which is always the header
-    const auto dimension = [&bytes] {
-        const int nHigh = bytes.NextWord();
-        const int nLow = bytes.NextWord();
-        return nHigh < 0 || nLow < 0
-                   ? 0
-                   : std::uint64_t{static_cast<unsigned>(nHigh)} << 16 | static_cast<unsigned>(nLow);
-    };
-    const std::uint64_t nWidth = dimension();
-    return nWidth * dimension();
+    const std::int64_t nWidth = bytes.NextLong();
+    const std::int64_t nHeight = bytes.NextLong();
+    return nWidth < 0 || nHeight < 0
+               ? 0
+               : static_cast<std::uint64_t>(nWidth) * static_cast<std::uint64_t>(nHeight);
+}
+
+bool PngHoldsItsChunks(int nFile)
+{
+    constexpr int MOST_CHUNKS = 1 << 20; // of 8 KB they hold more than the largest picture
+    constexpr std::int64_t IEND = 0x49454E44;
+    ByteReader bytes(nFile);
+    bytes.Skip(8); // signature
+    for (int i = 0; i < MOST_CHUNKS; ++i) {
+        const std::int64_t nLength = bytes.NextLong();
+        const std::int64_t nName = bytes.NextLong();
+        if (nName == ByteReader::END)
+            return false;
+        bytes.Skip(static_cast<std::size_t>(nLength));
+        if (bytes.NextLong() == ByteReader::END) // the check sum
+            return false;
+        if (nName == IEND)
+            return true;
+    }
+    return false;
 }
 
 struct TiffCloser {
@@ -260,4 +284,9 @@ std::uint64_t PixelsAsked(int nFile, PictureFormat format)
 int Scans(int nFile, PictureFormat format, int nMost)
 {
     return format == PictureFormat::Jpeg ? JpegScans(nFile, nMost) : 1;
+}
+
+bool HoldsItsChunks(int nFile, PictureFormat format)
+{
+    return format != PictureFormat::Png || PngHoldsItsChunks(nFile);
 }

@@ -18,3 +18,10 @@ std::uint64_t PixelsAsked(int nFile, PictureFormat format);
 ///
 /// A progressive picture is decoded scan by scan, and each, however short, costs as much time as a picture.
 int Scans(int nFile, PictureFormat format, int nMost);
+
+/// Whether an open PNG file holds all of the chunks that it announces, up to its last; true for other
+/// formats. The reading position plays no part and stays.
+///
+/// The format's decoder doesn't look at how much it got. Behind the end of a file it takes old bytes for new
+/// ones until a chunk of up to 2 GB is over, which may take minutes.
+bool HoldsItsChunks(int nFile, PictureFormat format);

@@ -31,5 +31,8 @@ for page in docs/man/lumistrand-*.1; do
 done
 
 echo "clang-tidy"
+# The commands to compile by, as the build files are now, and what they compile but isn't in the tree.
+ninja -C "$build" build.ninja >/dev/null
+ninja -C "$build" -t targets all | sed -n 's/^\(.*\.inc\): .*/\1/p' | xargs ninja -C "$build" >/dev/null
 printf '%s\0' "${sources[@]}" | xargs -0 -n 1 -P "$(nproc)" clang-tidy -p "$build" --quiet 2>/dev/null
 echo "clean"

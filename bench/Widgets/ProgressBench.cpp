@@ -51,7 +51,7 @@ void BM_UpdateThatMoves(benchmark::State& state)
                             STYLE | static_cast<int>(state.range(0)));
     Settle();
     int nValue = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         dialog.Update(nValue + 1);
         nValue = (nValue + 1) % 98;
     }
@@ -64,7 +64,7 @@ void BM_UpdateThatChangesNothing(benchmark::State& state)
                             STYLE | static_cast<int>(state.range(0)));
     dialog.Update(45);
     Settle();
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         dialog.Update(45);
 }
 BENCHMARK(BM_UpdateThatChangesNothing)->Arg(0)->Arg(TIMES)->Unit(benchmark::kMicrosecond);
@@ -74,7 +74,7 @@ void BM_YieldAlone(benchmark::State& state)
     lsProgressDialog dialog("Please wait a moment...", "Creating HDR Image", 100, wxTheApp->GetTopWindow(),
                             STYLE);
     Settle();
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         wxYieldIfNeeded();
 }
 BENCHMARK(BM_YieldAlone)->Unit(benchmark::kMicrosecond);

@@ -53,6 +53,7 @@ void BM_MergeRow(benchmark::State& state)
     std::vector<std::vector<unsigned char>> vRows;
     std::vector<const unsigned char*> vPointers;
     vRows.reserve(nImages);
+    vPointers.reserve(nImages);
     for (unsigned i = 0; i < nImages; ++i)
         vRows.push_back(PhotographicRow(WIDTH, i));
     for (const auto& row : vRows)

@@ -109,6 +109,7 @@ void RatioTable::Time(const std::string& sWhat, double dTargetMs, const Work& ca
     if (!Wants(sWhat))
         return;
     std::vector<double> vdTimes;
+    vdTimes.reserve(static_cast<std::size_t>(m_nRounds));
     for (int i = 0; i < m_nRounds; ++i)
         vdTimes.push_back(Measure(candidate));
     const double dTime = Median(vdTimes);

@@ -59,6 +59,11 @@ private:
     wxLogNull m_silence;
 };
 
+Bytes PngPicture()
+{
+    return Encoded(wxImage(64, 64), wxBITMAP_TYPE_PNG);
+}
+
 Bytes WithExif(const std::string& sPath)
 {
     WritePhotograph(sPath, {});
@@ -111,6 +116,16 @@ TEST_F(DamagedPictures, ManyScansEndInTime)
     EXPECT_TRUE(Take(JpegOfManyScans(40, 24, 1000)));
     // A file of half a megabyte that would keep a decoder busy for an hour.
     WriteElements(m_sPath, JpegOfManyScans(5000, 4000, 50'000));
+    EXPECT_EQ("the decoder took too long", DecodeImage(m_sPath, std::chrono::seconds(1)).sReason);
+}
+
+TEST_F(DamagedPictures, ChunksBeyondTheEndOfTheFileEndInTime)
+{
+    const std::size_t nLength = Find(PngPicture(), {'I', 'D', 'A', 'T'}) - 4;
+    Bytes file = PngPicture();
+    file.resize(nLength + 8 + 20); // a few bytes of the pixels,
+    file[nLength] = 0x7F;          // which claim to be 2 GB
+    WriteElements(m_sPath, file);
     EXPECT_EQ("the decoder took too long", DecodeImage(m_sPath, std::chrono::seconds(1)).sReason);
 }
 

@@ -135,3 +135,39 @@ TEST(ImageHeader, Scans)
 }
 
 } // namespace
+
+TEST(ImageHeader, ChunksOfAPng)
+{
+    const Bytes whole = Encoded(LS::Tests::BlockPicture(24, 16), wxBITMAP_TYPE_PNG);
+    const auto cut = [&whole](std::size_t nMissing) {
+        return Bytes(whole.begin(), whole.end() - static_cast<std::ptrdiff_t>(nMissing));
+    };
+    Bytes long2GB = whole;
+    long2GB[LS::Tests::Find(whole, {'I', 'D', 'A', 'T'}) - 4] = 0x7F;
+    const Bytes emptyChunk = {0, 0, 0, 0, 't', 'E', 'X', 't', 0, 0, 0, 0};
+    Bytes many(whole.begin(), whole.begin() + 8);
+    for (int i = 0; i <= 1 << 20; ++i)
+        many.insert(many.end(), emptyChunk.begin(), emptyChunk.end());
+    const struct {
+        const char* szName;
+        Bytes file;
+        bool bHolds;
+    } cases[] = {
+        {"whole", whole, true},
+        {"more behind the last", Joined({whole, {1, 2, 3}}), true},
+        {"without the last check sum", cut(1), false},
+        {"without the last chunk", cut(12), false},
+        {"cut in the pixels", cut(20), false},
+        {"a chunk of 2 GB", long2GB, false},
+        {"the signature alone", Bytes(whole.begin(), whole.begin() + 8), false},
+        {"more chunks than any writer makes", Joined({many, whole}), false},
+    };
+    const TempFolder folder;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.szName);
+        LS::Tests::WriteElements(folder.File("picture"), c.file);
+        const LS::Util::FileDescriptor file(::open(folder.File("picture").c_str(), O_RDONLY | O_CLOEXEC));
+        EXPECT_EQ(c.bHolds, HoldsItsChunks(file.Get(), PictureFormat::Png));
+        EXPECT_TRUE(HoldsItsChunks(file.Get(), PictureFormat::Jpeg)) << "it has none";
+    }
+}
