@@ -15,6 +15,7 @@ struct Taken {
 std::vector<ShotSeries> Grouped(const std::vector<Taken>& vTaken, double dGap = 5)
 {
     std::vector<Shot> vShots;
+    vShots.reserve(vTaken.size());
     for (const Taken& t : vTaken)
         vShots.push_back({t.szName,
                           {t.fShutter, 8},

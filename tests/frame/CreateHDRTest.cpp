@@ -67,6 +67,14 @@ class Merge : protected WithCurves, public FrameTest {
 protected:
     void Run() { Command(ID_CREATE_HDR); }
 
+    void ExpectNothingMerged() const
+    {
+        EXPECT_FALSE(IsOn(wxID_SAVE));
+        EXPECT_EQ(0U, PageOnTop());
+        EXPECT_TRUE(m_frame->IsEnabled());
+        EXPECT_TRUE(Workspace().sHDRFile.empty());
+    }
+
     /// What the engine holds now, as an OpenEXR file; empty without a result.
     Bytes Result() const
     {
@@ -336,15 +344,29 @@ TEST_F(Merge, CancelEndsItWhereverItComes)
             const CancelledJob cancel(nPercent);
             Run();
         }
-        EXPECT_FALSE(IsOn(wxID_SAVE));
-        EXPECT_EQ(0U, PageOnTop());
-        EXPECT_TRUE(m_frame->IsEnabled());
-        EXPECT_TRUE(Workspace().sHDRFile.empty());
+        ExpectNothingMerged();
         EXPECT_FALSE(fs::exists(m_curves.File("cancelled.crv")));
     }
     Run();
     EXPECT_TRUE(IsOn(wxID_SAVE));
     EXPECT_TRUE(fs::exists(m_curves.File("cancelled.crv")));
+}
+
+TEST_F(Merge, CancelEndsItAtEachPositionInEachWay)
+{
+    Load(Series(3, SIZE));
+    const ExpectedBoxes none({});
+    constexpr int LAST = 92; // then the picture is merged
+    for (int nPercent = 0; nPercent <= LAST; ++nPercent) {
+        SCOPED_TRACE(nPercent);
+        {
+            const CancelledJob cancel(nPercent, Stop{nPercent % 3});
+            Run();
+        }
+        ExpectNothingMerged();
+    }
+    Run();
+    EXPECT_TRUE(IsOn(wxID_SAVE));
 }
 
 TEST_F(Merge, ACancelledSecondRunLeavesThePictureAndNothingToSave)

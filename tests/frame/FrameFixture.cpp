@@ -52,6 +52,14 @@ LS::Widgets::lsProgressDialog* ProgressOnShow()
     return nullptr;
 }
 
+void PressCancel(wxDialog& dialog)
+{
+    auto* const button = dynamic_cast<wxButton*>(dialog.FindWindow(wxID_CANCEL));
+    wxCommandEvent press(wxEVT_BUTTON, wxID_CANCEL);
+    press.SetEventObject(button);
+    button->GetEventHandler()->ProcessEvent(press);
+}
+
 } // namespace
 
 Box ErrorBox(const wxString& text)
@@ -107,7 +115,7 @@ ModalAnswer::Answer ChooseFile(const std::string& sPath, int nFormat)
     };
 }
 
-CancelledJob::CancelledJob(int nPercent) : m_nPercent(nPercent)
+CancelledJob::CancelledJob(int nPercent, Stop stop) : m_nPercent(nPercent), m_stop(stop)
 {
     wxTheApp->Bind(wxEVT_IDLE, &CancelledJob::Look, this);
 }
@@ -125,10 +133,17 @@ void CancelledJob::Look(wxIdleEvent& event)
     if (!dialog || Descendant<wxGauge>(dialog)->GetValue() < m_nPercent)
         return;
     m_bPressed = true;
-    auto* const button = dynamic_cast<wxButton*>(dialog->FindWindow(wxID_CANCEL));
-    wxCommandEvent press(wxEVT_BUTTON, wxID_CANCEL);
-    press.SetEventObject(button);
-    button->GetEventHandler()->ProcessEvent(press);
+    for (const wxWindow* const window : wxTopLevelWindows)
+        if (const auto* const frame = dynamic_cast<const LumiStrandHDRFrm*>(window)) {
+            EXPECT_TRUE(frame->IsBusy());
+        }
+    if (m_stop == Stop::CloseBox) {
+        dialog->Close();
+        return;
+    }
+    PressCancel(*dialog);
+    if (m_stop == Stop::ButtonTwice)
+        PressCancel(*dialog);
 }
 
 void SetExif(const std::string& sPath, const std::map<std::string, std::string>& tags)

@@ -52,11 +52,15 @@ private:
 /// @param nFormat  the position in the list of formats
 ModalAnswer::Answer ChooseFile(const std::string& sPath, int nFormat);
 
-/// Presses Cancel in the progress dialog of the next job, once that shows a position.
+/// How a user stops a job.
+enum class Stop { Button, ButtonTwice, CloseBox };
+
+/// Stops the next job in its progress dialog, once that shows a position. The main window must be out of
+/// reach then, which is also how it refuses the files of a second start.
 class CancelledJob {
 public:
     /// @param nPercent  of the job, at the least
-    explicit CancelledJob(int nPercent);
+    explicit CancelledJob(int nPercent, Stop stop = Stop::Button);
     CancelledJob(const CancelledJob&) = delete;
     CancelledJob& operator=(const CancelledJob&) = delete;
     ~CancelledJob(); ///< fails the test if the job was over before
@@ -65,6 +69,7 @@ private:
     void Look(wxIdleEvent& event);
 
     int m_nPercent;
+    Stop m_stop;
     bool m_bPressed = false;
 };
 

@@ -223,9 +223,10 @@ TEST_F(Save, CancelDuringTheJobWritesNoPicture)
 {
     ChooseBitDepth(BIT_DEPTH_8);
     const auto vsBefore = m_folder.Names();
-    for (const int nPercent : {0, 30, 60}) {
+    constexpr int LAST = 60; // then the picture is mapped
+    for (int nPercent = 0; nPercent <= LAST; ++nPercent) {
         SCOPED_TRACE(nPercent);
-        const CancelledJob cancel(nPercent);
+        const CancelledJob cancel(nPercent, Stop{nPercent % 3});
         SaveWith(FillIn(1, "x.png"));
     }
     EXPECT_EQ(vsBefore, m_folder.Names());
