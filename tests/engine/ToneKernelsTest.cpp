@@ -157,7 +157,7 @@ TEST(ToneKernels, SumOfLogarithms)
             const float fScale = std::exp2(std::uniform_real_distribution<float>(-20, 20)(random));
             const float fSpread = static_cast<float>(nRow % 8);
             std::uniform_real_distribution<float> stops(-fSpread, fSpread);
-            Floats pixels(3 * 1001);
+            Floats pixels(std::size_t{3} * 1001);
             for (float& f : pixels)
                 f = fScale * std::exp2(stops(random));
             const float fStart = nRow % 3 == 0 ? 0.0F : std::ldexp(nRow % 2 ? 1.0F : -1.0F, nRow % 25);
@@ -201,7 +201,7 @@ TEST(ToneKernels, CompressionNearRoundingBoundaries)
     const ToneCurve curve(0.5F, 300, 0.7F, TONE_BIAS);
     OnEveryInstructionSet([&] {
         for (unsigned nSeed = 0; nSeed < 30; ++nSeed) {
-            Floats expected = Drawn(SOURCES[0], 3 * 12000, nSeed), actual = expected;
+            Floats expected = Drawn(SOURCES[0], std::size_t{3} * 12000, nSeed), actual = expected;
             reference::CompressBand(expected.data(), 12000, 3, curve);
             CompressBand(actual.data(), 12000, 3, curve);
             ExpectSame(expected, actual);

@@ -63,7 +63,7 @@ void Sweep(const char* szKind, const Operation& operation, const Operation& isWh
 /// A file's bytes, or what they stand for where the same picture may be encoded in two ways.
 Bytes Content(const std::string& sPath, bool bRadiance)
 {
-    const Bytes bytes = ReadBytes(sPath);
+    Bytes bytes = ReadBytes(sPath);
     if (!bRadiance)
         return bytes;
     Bytes pixels;
@@ -169,7 +169,7 @@ TEST_F(FailingEngine, MapsWholeOrNotAtAll)
         std::copy_n(pPixels.get(), pixels.size(), pixels.begin());
         return true;
     };
-    pixels.resize(60U * 40 * 3);
+    pixels.resize(std::size_t{60} * 40 * 3);
     ASSERT_TRUE(map());
     const Bytes whole = pixels;
     for (const char* szKind : {"malloc", "mmap"})

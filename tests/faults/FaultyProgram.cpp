@@ -129,7 +129,7 @@ void FaultyProgram::ExpectWholeFiles(const ProgramRun& run, const std::vector<st
                                      const std::string& sFolder)
 {
     for (const auto& [sOutput, whole] : Untroubled(vsOutputs)) {
-        const Bytes now = ReadBytes(sFolder + "/" + sOutput);
+        const Bytes now = ReadBytes(std::filesystem::path(sFolder) / sOutput);
         const bool bOlder = run.code != 0 && now == Bytes(OLDER.begin(), OLDER.end());
         EXPECT_TRUE(bOlder || SameContent(sOutput, now, whole))
             << sOutput << " has " << now.size() << " bytes; code " << run.code;

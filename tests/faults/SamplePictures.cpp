@@ -215,7 +215,7 @@ Bytes Jpeg(const JpegLayout& layout)
     }
     jpeg_finish_compress(&info);
     jpeg_destroy_compress(&info);
-    const Bytes file(pFile, pFile + nFile);
+    Bytes file(pFile, pFile + nFile);
     std::free(pFile);
     return file;
 }

@@ -20,6 +20,7 @@ namespace {
 std::vector<Bytes> Contents(const std::vector<std::string>& vsPaths)
 {
     std::vector<Bytes> vContents;
+    vContents.reserve(vsPaths.size());
     for (const std::string& sPath : vsPaths)
         vContents.push_back(ReadBytes(sPath));
     return vContents;
