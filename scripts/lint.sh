@@ -34,5 +34,8 @@ echo "clang-tidy"
 # The commands to compile by, as the build files are now, and what they compile but isn't in the tree.
 ninja -C "$build" build.ninja >/dev/null
 ninja -C "$build" -t targets all | sed -n 's/^\(.*\.inc\): .*/\1/p' | xargs ninja -C "$build" >/dev/null
-printf '%s\0' "${sources[@]}" | xargs -0 -n 1 -P "$(nproc)" clang-tidy -p "$build" --quiet 2>/dev/null
+# What only other configurations compile can't be read here.
+mapfile -t compiled < <(printf '%s\n' "${sources[@]}" |
+    grep -F -x -f <(sed -n "s|^ *\"file\": \"$PWD/\(.*\)\".*|\1|p" "$build/compile_commands.json"))
+printf '%s\0' "${compiled[@]}" | xargs -0 -n 1 -P "$(nproc)" clang-tidy -p "$build" --quiet 2>/dev/null
 echo "clean"
