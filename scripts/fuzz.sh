@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Runs each fuzz target for some seconds, from seeds and what earlier runs came to. Usage: fuzz.sh FOLDER SECONDS
 #
-# A decoder gets ten seconds in its child process; what takes twice that is a hang. The corpus stays in FOLDER/corpus. An input that makes a target fail stays in FOLDER/crashes: shorten it with
+# A decoder gets ten seconds in its child process; what takes twice that is a hang. The corpus stays in
+# FOLDER/corpus. An input that makes a target fail stays in FOLDER/crashes: shorten it with
 # TARGET -minimize_crash=1, mend the fault, and keep it in tests/fuzz/found.
 set -euo pipefail
 
