@@ -60,7 +60,7 @@ function(ls_gui_test name)
         add_test(NAME ${name}.${manager}
             COMMAND ${CMAKE_SOURCE_DIR}/scripts/with_display.sh ${manager} $<TARGET_FILE:${name}>)
         # One at a time: two servers that start at once may want the same display.
-        set_tests_properties(${name}.${manager} PROPERTIES LABELS gui TIMEOUT 300 RESOURCE_LOCK display)
+        set_tests_properties(${name}.${manager} PROPERTIES LABELS gui TIMEOUT 600 RESOURCE_LOCK display)
     endforeach()
 endfunction()
 
