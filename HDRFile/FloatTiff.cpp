@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <iterator>
 #include <memory>
+#include <new>
 #include <span>
 #include <string>
 
@@ -37,7 +38,7 @@ using TiffFile = std::unique_ptr<TIFF, TiffDeleter>;
 /// Keeps the library's first error, which names the cause; the later ones are its consequences. It says where
 /// it failed but not why, so the system's reason follows if there is one.
 int KeepFirstError(TIFF*, void* pText, const char*, const char* szFormat, va_list arguments)
-{
+try {
     const int nError = errno;
     auto& sText = *static_cast<std::string*>(pText);
     char szMessage[512] = "";
@@ -48,6 +49,9 @@ int KeepFirstError(TIFF*, void* pText, const char*, const char* szFormat, va_lis
             sText += ": " + LS::Util::SystemError(nError);
     }
     return 1; // dealt with: nothing goes to the standard error stream
+} catch (const std::bad_alloc&) {
+    *static_cast<std::string*>(pText) = "out of memory"; // short enough to need none
+    return 1; // the library calls this from its clean-up, too, which no exception may leave
 }
 
 int DropWarning(TIFF*, void*, const char*, const char*, va_list)

@@ -4,6 +4,9 @@
 #include "Util/RegularFile.h"
 
 #include <exiv2/image.hpp>
+#include <exiv2/matroskavideo.hpp>
+#include <exiv2/quicktimevideo.hpp>
+#include <exiv2/riffvideo.hpp>
 
 namespace {
 
@@ -14,6 +17,21 @@ std::string PlainFilePath(const std::string& sPath)
     return sPath.starts_with('/') ? sPath : "./" + sPath;
 }
 
+/// Videos are no photographs, and on damaged ones the library's readers may never end.
+bool IsVideo(const Exiv2::Image& image)
+{
+    constexpr int ASF = 24; // its header doesn't stand alone
+    switch (image.imageType()) {
+    case Exiv2::ImageType::riff:
+    case Exiv2::ImageType::mkv:
+    case Exiv2::ImageType::qtime:
+    case ASF:
+        return true;
+    default:
+        return false;
+    }
+}
+
 } // namespace
 
 std::unique_ptr<Exiv2::Image> OpenMetadata(const std::string& sPath, std::string& sReason)
@@ -21,6 +39,7 @@ std::unique_ptr<Exiv2::Image> OpenMetadata(const std::string& sPath, std::string
     if (!LS::Util::IsRegularFile(sPath, sReason))
         return nullptr;
     std::unique_ptr<Exiv2::Image> pImage(Exiv2::ImageFactory::open(PlainFilePath(sPath)).release());
-    pImage->readMetadata();
+    if (!IsVideo(*pImage))
+        pImage->readMetadata();
     return pImage;
 }

@@ -14,6 +14,6 @@ class Image;
 /// taken for anything but a file's. The library's messages go where Exiv2Messages says.
 /// @param sPath    in the file system's bytes
 /// @param sReason  receives why there is none, in words for a log
-/// @return null if the path leads to no regular file
+/// @return null if the path leads to no regular file; without metadata if it leads to a video
 /// @throws Exiv2::Error for a file that the library can't open or read
 std::unique_ptr<Exiv2::Image> OpenMetadata(const std::string& sPath, std::string& sReason);

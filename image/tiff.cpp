@@ -9,6 +9,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <memory>
+#include <new>
 #include <utility>
 
 #include <fcntl.h>
@@ -128,12 +129,15 @@ void TiffFile::OpenDescriptor(const char* szFile)
 
 /// The first error of a file is the one that explains the others.
 int TiffFile::KeepError(TIFF*, void* pThis, const char*, const char* szFormat, va_list arguments)
-{
+try {
     std::string& sReason = static_cast<TiffFile*>(pThis)->m_sReason;
     std::array<char, 256> szText{};
     if (sReason.empty() && std::vsnprintf(szText.data(), szText.size(), szFormat, arguments) > 0)
         sReason = szText.data();
     return 1; // handled: no message of the library's own
+} catch (const std::bad_alloc&) {
+    static_cast<TiffFile*>(pThis)->m_sReason = "out of memory"; // short enough to need none
+    return 1; // the library calls this from its clean-up, too, which no exception may leave
 }
 
 bool TiffFile::SetTags(const TiffMetadata& m)
