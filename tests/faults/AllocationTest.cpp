@@ -36,28 +36,35 @@ std::optional<bool> Outcome(const Operation& operation)
     }
 }
 
-/// Runs an operation again and again, each time with one more allocation before the one that fails.
-/// @param isWhole  looks at what a run left that said true
-void Sweep(const char* szKind, const Operation& operation, const Operation& isWhole)
+/// Runs an operation again and again, each time with one more call before the one that fails.
+/// @param bLasting  all later calls fail as well
+/// @param isWhole   looks at what a run left that said true
+void Sweep(const char* szKind, bool bLasting, const Operation& operation, const Operation& isWhole)
 {
     const auto silence = LS::Util::SetFailureSink([](const std::string&) {});
     testing::internal::CaptureStderr(); // where the Radiance writer tells of each fault
     bool bMet = true;
     int nFailed = 0;
     for (long n = 1; bMet && !testing::Test::HasFailure(); ++n) {
-        LetCallsFail(szKind, n, false);
+        LetCallsFail(szKind, n, bLasting);
         const auto outcome = Outcome(operation);
         bMet = EndFailing();
         nFailed += outcome != true;
         if (outcome == true) {
-            EXPECT_TRUE(isWhole()) << szKind << " " << n;
+            EXPECT_TRUE(isWhole()) << szKind << " " << n << " " << bLasting;
         } else {
-            EXPECT_TRUE(bMet) << szKind << " " << n << ": failed by itself";
+            EXPECT_TRUE(bMet) << szKind << " " << n << " " << bLasting << ": failed by itself";
         }
     }
     EXPECT_LT(0, nFailed);
     testing::internal::GetCapturedStderr();
     LS::Util::SetFailureSink(silence);
+}
+
+void Sweep(const char* szKind, const Operation& operation, const Operation& isWhole)
+{
+    for (const bool bLasting : {false, true})
+        Sweep(szKind, bLasting, operation, isWhole);
 }
 
 /// A file's bytes, or what they stand for where the same picture may be encoded in two ways.
