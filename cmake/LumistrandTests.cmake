@@ -21,33 +21,43 @@ function(ls_test name)
         PROPERTIES LABELS ${arg_LABEL} TIMEOUT ${arg_TIMEOUT})
 endfunction()
 
-# ls_bench(NAME SOURCES ... LINK targets...): benchmarks; ctest runs each once, so that none rots.
-function(ls_bench name)
-    cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+# Adds a program that measures, for the four functions below; ctest runs each once, so that none rots.
+# Further arguments: [MANAGER none|openbox], with which it runs on a display, RUN arguments of that run,
+# SOURCES ... LINK targets...
+function(ls_add_measurement name)
+    cmake_parse_arguments(arg "" "MANAGER" "RUN;SOURCES;LINK" ${ARGN})
     add_executable(${name} ${arg_SOURCES})
-    target_link_libraries(${name} PRIVATE ls_flags ${arg_LINK} benchmark::benchmark)
-    add_test(NAME bench.${name} COMMAND ${name} --benchmark_min_time=0)
+    target_link_libraries(${name} PRIVATE ls_flags ${arg_LINK})
+    set(command $<TARGET_FILE:${name}> ${arg_RUN})
+    if(arg_MANAGER)
+        list(PREPEND command ${CMAKE_SOURCE_DIR}/scripts/with_display.sh ${arg_MANAGER})
+    endif()
+    add_test(NAME bench.${name} COMMAND ${command})
     set_tests_properties(bench.${name} PROPERTIES LABELS bench TIMEOUT 300)
+    if(arg_MANAGER)
+        set_tests_properties(bench.${name} PROPERTIES RESOURCE_LOCK display)
+    endif()
+endfunction()
+
+# ls_bench(NAME SOURCES ... LINK targets...): benchmarks of single functions.
+function(ls_bench name)
+    ls_add_measurement(${name} RUN --benchmark_min_time=0 ${ARGN} benchmark::benchmark)
+endfunction()
+
+# ls_gui_bench(NAME SOURCES ... LINK targets...): the same with windows.
+function(ls_gui_bench name)
+    ls_add_measurement(${name} MANAGER none RUN --benchmark_min_time=0 ${ARGN} benchmark::benchmark)
 endfunction()
 
 # ls_ratios(NAME SOURCES ... LINK targets...): a program with rows of the table that `./test --bench` prints, by
-# RatioTable. Its name ends in _ratios. ctest runs each once, for one round.
+# RatioTable. Its name ends in _ratios.
 function(ls_ratios name)
-    cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
-    add_executable(${name} ${arg_SOURCES})
-    target_link_libraries(${name} PRIVATE ls_flags ls_bench_support ${arg_LINK})
-    add_test(NAME bench.${name} COMMAND ${name} --once)
-    set_tests_properties(bench.${name} PROPERTIES LABELS bench TIMEOUT 300)
+    ls_add_measurement(${name} RUN --once ${ARGN} ls_bench_support)
 endfunction()
 
 # ls_gui_ratios(NAME SOURCES ... LINK targets...): the same with windows; its name ends in _window_ratios.
 function(ls_gui_ratios name)
-    cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
-    add_executable(${name} ${arg_SOURCES})
-    target_link_libraries(${name} PRIVATE ls_flags ls_bench_support ${arg_LINK})
-    add_test(NAME bench.${name}
-        COMMAND ${CMAKE_SOURCE_DIR}/scripts/with_display.sh openbox $<TARGET_FILE:${name}> --once)
-    set_tests_properties(bench.${name} PROPERTIES LABELS bench TIMEOUT 300 RESOURCE_LOCK display)
+    ls_add_measurement(${name} MANAGER openbox RUN --once ${ARGN} ls_bench_support)
 endfunction()
 
 # ls_gui_test(NAME SOURCES ... LINK targets...): a test program that shows windows. It runs twice on displays of
@@ -62,14 +72,4 @@ function(ls_gui_test name)
         # One at a time: two servers that start at once may want the same display.
         set_tests_properties(${name}.${manager} PROPERTIES LABELS gui TIMEOUT 600 RESOURCE_LOCK display)
     endforeach()
-endfunction()
-
-# ls_gui_bench(NAME SOURCES ... LINK targets...): benchmarks that show windows; ctest runs each once.
-function(ls_gui_bench name)
-    cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
-    add_executable(${name} ${arg_SOURCES})
-    target_link_libraries(${name} PRIVATE ls_flags ${arg_LINK} benchmark::benchmark)
-    add_test(NAME bench.${name}
-        COMMAND ${CMAKE_SOURCE_DIR}/scripts/with_display.sh none $<TARGET_FILE:${name}> --benchmark_min_time=0)
-    set_tests_properties(bench.${name} PROPERTIES LABELS bench TIMEOUT 300)
 endfunction()

@@ -2,6 +2,7 @@
 #include "HDRFile/OpenExr.h"
 #include "HDRFile/Radiance.h"
 #include "bench/HDRFile/PlainRadiance.h"
+#include "bench/HDRFile/SyntheticFloats.h"
 #include "bench/support/Ratios.h"
 #include "tests/support/TempFolder.h"
 
@@ -10,33 +11,13 @@
 #include <ImfRgbaFile.h>
 #include <half.h>
 
-#include <cmath>
 #include <cstdint>
-#include <random>
 #include <string>
 #include <vector>
 
 namespace {
 
 constexpr std::int32_t WIDTH = 6000, HEIGHT = 2000;
-
-/// Floats of 12 megapixels: smooth shading over six stops with the noise of a sensor, and a blown-out area
-/// that is flat.
-std::vector<float> Picture()
-{
-    std::mt19937 random(1);
-    std::normal_distribution<float> noise(1.0F, 0.02F);
-    std::vector<float> vfPixels;
-    vfPixels.reserve(3UL * WIDTH * HEIGHT);
-    for (int y = 0; y < HEIGHT; ++y)
-        for (int x = 0; x < WIDTH; ++x) {
-            const auto fStops = static_cast<float>(3 * std::sin(x * 0.0015) * std::cos(y * 0.002));
-            const bool bBlownOut = fStops > 2.7F;
-            for (const float fTint : {1.0F, 0.8F, 0.6F})
-                vfPixels.push_back(bBlownOut ? 8000.0F : 1000 * fTint * std::exp2(fStops) * noise(random));
-        }
-    return vfPixels;
-}
 
 std::vector<Imf::Rgba> Halves(const std::vector<float>& vfPixels)
 {
@@ -62,7 +43,7 @@ void MeasureWriters(LS::Bench::RatioTable& table)
 {
     const LS::Tests::TempFolder folder;
     const std::string sCache = folder.File("cache.tmp"), sPicture = folder.File("picture");
-    const std::vector<float> vfPixels = Picture();
+    const std::vector<float> vfPixels = LS::Bench::SyntheticFloats(WIDTH, HEIGHT);
     LS::Tests::WriteElements(sCache, vfPixels);
 
     const std::vector<Imf::Rgba> vHalves = Halves(vfPixels);

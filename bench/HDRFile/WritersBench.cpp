@@ -2,40 +2,22 @@
 #include "HDRFile/FloatTiff.h"
 #include "HDRFile/OpenExr.h"
 #include "HDRFile/Radiance.h"
+#include "bench/HDRFile/SyntheticFloats.h"
 #include "tests/support/TempFolder.h"
 
 #include <benchmark/benchmark.h>
 
-#include <cmath>
 #include <cstdint>
-#include <random>
 #include <string>
-#include <vector>
 
 namespace {
 
 constexpr std::int32_t WIDTH = 3000;
 constexpr std::int32_t HEIGHT = 2000;
 
-/// A float cache file of 6 megapixels: smooth shading over six stops with the noise of a sensor, and a
-/// blown-out area that is flat.
+/// A float cache file of 6 megapixels.
 struct CacheFile {
-    CacheFile()
-    {
-        std::mt19937 random(1);
-        std::normal_distribution<float> noise(1.0F, 0.02F);
-        std::vector<float> vfPixels;
-        vfPixels.reserve(3UL * WIDTH * HEIGHT);
-        for (int y = 0; y < HEIGHT; ++y)
-            for (int x = 0; x < WIDTH; ++x) {
-                const auto fStops = static_cast<float>(3 * std::sin(x * 0.003) * std::cos(y * 0.002));
-                const bool bBlownOut = fStops > 2.7F;
-                for (const float fTint : {1.0F, 0.8F, 0.6F})
-                    vfPixels.push_back(bBlownOut ? 8000.0F
-                                                 : 1000 * fTint * std::exp2(fStops) * noise(random));
-            }
-        LS::Tests::WriteElements(sPath, vfPixels);
-    }
+    CacheFile() { LS::Tests::WriteElements(sPath, LS::Bench::SyntheticFloats(WIDTH, HEIGHT)); }
 
     LS::Tests::TempFolder folder;
     std::string sPath = folder.File("cache.tmp");

@@ -1,7 +1,7 @@
 // What the reports of a long job cost: the dialog's share of an update, beside a frame as full as the
 // program's.
 #include "Widgets/lsProgressDialog.h"
-#include "bench/support/WindowApp.h"
+#include "tests/support/WindowApp.h"
 
 #include <benchmark/benchmark.h>
 #include <wx/app.h>
@@ -84,7 +84,7 @@ BENCHMARK(BM_YieldAlone)->Unit(benchmark::kMicrosecond);
 int main(int argc, char** argv)
 {
     benchmark::Initialize(&argc, argv);
-    return LS::Bench::RunWithWindows(argc, argv, [] {
+    return LS::Tests::RunWithWindows(argc, argv, [] {
         wxTheApp->SetTopWindow(FullFrame());
         Settle();
         benchmark::RunSpecifiedBenchmarks();

@@ -1,5 +1,6 @@
 // A whole run of the headless program against its targets: time beside its unavoidable parts, and memory.
 #include "Util/FileDescriptor.h"
+#include "bench/support/HeadlessRun.h"
 #include "bench/support/Photographs.h"
 #include "bench/support/Ratios.h"
 #include "tests/support/TempFolder.h"
@@ -10,9 +11,6 @@
 #include <ImfRgbaFile.h>
 
 #include <fcntl.h>
-#include <spawn.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstddef>
@@ -25,23 +23,6 @@ namespace {
 
 constexpr std::size_t SOURCE_ROW = 4 * static_cast<std::size_t>(Photographs::WIDTH);
 constexpr std::size_t MERGED_ROW = 3 * SOURCE_ROW;
-
-/// Runs the program to its end. @return its peak memory in MiB
-double Run(std::vector<std::string> vsArguments)
-{
-    std::vector<char*> vpArguments;
-    vpArguments.reserve(vsArguments.size() + 1);
-    for (std::string& sArgument : vsArguments)
-        vpArguments.push_back(sArgument.data());
-    vpArguments.push_back(nullptr);
-    pid_t nProcess = 0;
-    Require(::posix_spawn(&nProcess, vpArguments[0], nullptr, nullptr, vpArguments.data(), environ) == 0,
-            "not started");
-    int nStatus = 0;
-    rusage usage{};
-    Require(::wait4(nProcess, &nStatus, 0, &usage) == nProcess && nStatus == 0, "the run failed");
-    return static_cast<double>(usage.ru_maxrss) / 1024;
-}
 
 void WriteFile(const std::string& sPath, std::size_t nRowBytes)
 {
@@ -82,36 +63,25 @@ void WritePicture(const std::string& sPath, const Halves& pixels)
 void MeasureRun(RatioTable& table)
 {
     const LS::Tests::TempFolder folder;
-    const std::string sPicture = folder.File("merged.exr"), sWork = folder.File("work");
-    std::vector<std::string> vsPhotographs;
-    for (std::size_t i = 0; i < Photographs::COUNT; ++i) {
-        vsPhotographs.push_back(folder.File("photograph" + std::to_string(i) + ".jpg"));
-        Photographs::WriteJpeg(i, vsPhotographs.back());
-    }
-    std::vector<std::string> vsArguments{
-        LS_HEADLESS_PROGRAM,        "--quiet",    "--force", "--output", sPicture, "--shutter",
-        "1/500,1/125,1/31,1/8,1/2", "--aperture", "8"};
-    vsArguments.insert(vsArguments.end(), vsPhotographs.begin(), vsPhotographs.end());
+    const std::string sWork = folder.File("work");
+    const HeadlessRun run(LS_HEADLESS_PROGRAM, folder.Path());
 
-    table.Amount("5 JPEG of 24 MP to OpenEXR: peak memory", "MiB", 120, [&] { return Run(vsArguments); });
+    table.Amount("5 JPEG of 24 MP to OpenEXR: peak memory", "MiB", 120, run);
 
-    Run(vsArguments);
     Halves pixels;
-    ReadPicture(sPicture, pixels);
+    ReadPicture(run.Picture(), pixels);
     const auto unavoidable = [&] {
-        for (const std::string& sPhotograph : vsPhotographs) {
+        for (const std::string& sPhotograph : run.Photographs()) {
             Photographs::DecodeJpeg(sPhotograph);
             WriteFile(sWork + sPhotograph.substr(sPhotograph.size() - 5), SOURCE_ROW);
         }
-        for (const std::string& sPhotograph : vsPhotographs)
+        for (const std::string& sPhotograph : run.Photographs())
             ReadFile(sWork + sPhotograph.substr(sPhotograph.size() - 5), SOURCE_ROW);
         WriteFile(sWork, MERGED_ROW);
         ReadFile(sWork, MERGED_ROW);
         WritePicture(folder.File("alone.exr"), pixels);
     };
-    table.Ratio(
-        "5 JPEG of 24 MP to OpenEXR: beside decoding, files, compression", 1.45, [&] { Run(vsArguments); },
-        unavoidable);
+    table.Ratio("5 JPEG of 24 MP to OpenEXR: beside decoding, files, compression", 1.45, run, unavoidable);
 }
 
 } // namespace

@@ -1,13 +1,13 @@
 // Long lists and large previews in the main window.
 #include "Util/OpenFiles.h"
 #include "Widgets/lsRadioButton.h"
-#include "bench/support/WindowApp.h"
 #include "engine/HDRWorkspace.h"
 #include "frame/LumiStrandHDRFrm.h"
 #include "frame/MergeInput.h"
 #include "image/ImageCache.h"
 #include "tests/cli/Photographs.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/WindowApp.h"
 
 #include <benchmark/benchmark.h>
 #include <wx/app.h>
@@ -172,7 +172,7 @@ int main(int argc, char** argv)
 {
     benchmark::Initialize(&argc, argv);
     LS::Util::AllowManyOpenFiles();
-    return LS::Bench::RunWithWindows(argc, argv, [] {
+    return LS::Tests::RunWithWindows(argc, argv, [] {
         benchmark::RunSpecifiedBenchmarks();
         return 0;
     });

@@ -1,8 +1,8 @@
 // The whole job in the window, with its dialogs, beside the same run of the headless program.
 #include "Util/HeapPolicy.h"
+#include "bench/support/HeadlessRun.h"
 #include "bench/support/Photographs.h"
 #include "bench/support/Ratios.h"
-#include "bench/support/WindowApp.h"
 #include "engine/CacheFolder.h"
 #include "engine/HDRRoutine.h"
 #include "frame/JobProgress.h"
@@ -10,11 +10,9 @@
 #include "frame/SourceGrid.h"
 #include "image/ImageCache.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/WindowApp.h"
 
 #include <malloc.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <string>
 #include <vector>
@@ -82,46 +80,17 @@ private:
     LumiStrandHDRFrm* m_frame;
 };
 
-void RunHeadless(std::vector<std::string> vsArguments)
-{
-    std::vector<char*> vszArguments;
-    vszArguments.reserve(vsArguments.size() + 1);
-    for (std::string& sArgument : vsArguments)
-        vszArguments.push_back(sArgument.data());
-    vszArguments.push_back(nullptr);
-    pid_t nProcess = 0;
-    Require(::posix_spawn(&nProcess, vszArguments[0], nullptr, nullptr, vszArguments.data(), environ) == 0,
-            "not started");
-    int nStatus = 0;
-    Require(::waitpid(nProcess, &nStatus, 0) == nProcess && nStatus == 0, "the run failed");
-}
-
 void MeasureWindow(RatioTable& table)
 {
     const LS::Tests::TempFolder folder;
     RedirectCacheFolder(folder.WideFile("hdrcache"));
-    std::vector<std::string> vsPhotographs;
-    for (std::size_t i = 0; i < Photographs::COUNT; ++i) {
-        vsPhotographs.push_back(folder.File("photograph" + std::to_string(i) + ".jpg"));
-        Photographs::WriteJpeg(i, vsPhotographs.back());
-    }
-    std::vector<std::string> vsArguments{LS_HEADLESS_PROGRAM,
-                                         "--quiet",
-                                         "--force",
-                                         "--output",
-                                         folder.File("headless.exr"),
-                                         "--shutter",
-                                         "1/500,1/125,1/31,1/8,1/2",
-                                         "--aperture",
-                                         "14"};
-    vsArguments.insert(vsArguments.end(), vsPhotographs.begin(), vsPhotographs.end());
-
+    const HeadlessRun headless(LS_HEADLESS_PROGRAM, folder.Path());
     const std::string sPicture = folder.File("window.exr");
     const Window window;
     const AnswerNo no;
     table.Ratio(
         "5 JPEG of 24 MP to OpenEXR in the window: beside the headless run", 1.05,
-        [&] { window.Run(vsPhotographs, sPicture); }, [&] { RunHeadless(vsArguments); });
+        [&] { window.Run(headless.Photographs(), sPicture); }, headless);
 }
 
 } // namespace
@@ -129,5 +98,5 @@ void MeasureWindow(RatioTable& table)
 int main(int argc, char** argv)
 {
     LS::Util::KeepFreedImages(); // as the program does
-    return RunWithWindows(argc, argv, [=] { return PrintRows(argc, argv, MeasureWindow); });
+    return LS::Tests::RunWithWindows(argc, argv, [=] { return PrintRows(argc, argv, MeasureWindow); });
 }

@@ -1,5 +1,5 @@
-// An application around measurements that need windows.
-#include "bench/support/WindowApp.h"
+// An application around tests and measurements that need windows.
+#include "tests/support/WindowApp.h"
 
 #include <utility>
 
@@ -8,7 +8,7 @@
 #include <wx/image.h>
 #include <wx/log.h>
 
-namespace LS::Bench {
+namespace LS::Tests {
 
 namespace {
 
@@ -45,4 +45,4 @@ int RunWithWindows(int argc, char** argv, std::function<int()> work)
     return wxEntry(argc, argv);
 }
 
-} // namespace LS::Bench
+} // namespace LS::Tests
