@@ -1,15 +1,14 @@
 // How the C library hands large blocks out and takes them back.
 #include "Util/HeapPolicy.h"
 
+#include "Util/LargeBuffer.h"
+
 #include <climits>
 #include <cstdlib>
-#include <memory>
 
 #if defined(__GLIBC__)
 #include <malloc.h>
 #endif
-
-#include <sys/mman.h>
 
 namespace LS::Util {
 
@@ -25,18 +24,10 @@ void KeepFreedImages()
 
 void ExpectLargeBlock(std::size_t nBytes)
 {
-#ifdef MADV_HUGEPAGE
-    constexpr std::size_t HUGE_PAGE = std::size_t{2} << 20;
-    if (nBytes < 2 * HUGE_PAGE)
-        return;
     // The heap hands out the same place again, as untouched as this block leaves it.
     void* const pBlock = std::malloc(nBytes);
-    void* pFirst = pBlock;
-    std::size_t nWhole = nBytes;
-    if (pBlock && std::align(HUGE_PAGE, HUGE_PAGE, pFirst, nWhole))
-        ::madvise(pFirst, nWhole / HUGE_PAGE * HUGE_PAGE, MADV_HUGEPAGE);
+    PreferHugePages(pBlock, nBytes);
     std::free(pBlock);
-#endif
 }
 
 } // namespace LS::Util

@@ -10,8 +10,7 @@ namespace LS::Util {
 /// the memory of its freed images to its end.
 void KeepFreedImages();
 
-/// Asks the system to give huge pages to the next block of this size, which a library is about to allocate:
-/// then its first use costs one fault for 2 MB in place of 512. An advice only, and of no use unless
+/// PreferHugePages for the next block of this size, which a library is about to allocate. Of no use unless
 /// KeepFreedImages was called.
 void ExpectLargeBlock(std::size_t nBytes);
 

@@ -7,9 +7,22 @@
 
 namespace LS::Util {
 
+namespace {
+
+constexpr std::size_t HUGE_PAGE = std::size_t{2} << 20;
+
+} // namespace
+
+void PreferHugePages([[maybe_unused]] void* pBlock, [[maybe_unused]] std::size_t nBytes)
+{
+#ifdef MADV_HUGEPAGE
+    if (pBlock && std::align(HUGE_PAGE, HUGE_PAGE, pBlock, nBytes))
+        madvise(pBlock, nBytes / HUGE_PAGE * HUGE_PAGE, MADV_HUGEPAGE);
+#endif
+}
+
 void* AllocateLarge(std::size_t nBytes)
 {
-    constexpr std::size_t HUGE_PAGE = std::size_t{2} << 20;
     if (nBytes < HUGE_PAGE || nBytes > SIZE_MAX - HUGE_PAGE) {
         if (void* p = std::malloc(nBytes > 0 ? nBytes : 1))
             return p;
@@ -19,9 +32,7 @@ void* AllocateLarge(std::size_t nBytes)
     void* p = std::aligned_alloc(HUGE_PAGE, nWhole);
     if (!p)
         throw std::bad_alloc();
-#ifdef MADV_HUGEPAGE
-    madvise(p, nWhole, MADV_HUGEPAGE); // advice: a system without them refuses, and nothing else changes
-#endif
+    PreferHugePages(p, nWhole);
     return p;
 }
 

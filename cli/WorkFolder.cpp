@@ -3,9 +3,9 @@
 
 #include "Util/FailureLog.h"
 #include "Util/Paths.h"
+#include "Util/UniqueFolder.h"
 #include "engine/CacheFolder.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <new>
 
@@ -27,10 +27,9 @@ std::string WorkFolder::Create(const std::string& sParent)
         sParent.empty() ? fs::temp_directory_path(error).native() : fs::absolute(sParent, error).native();
     if (error)
         return m_sParent + ": " + error.message();
-    std::string sTemplate = m_sParent + "/lumistrand-XXXXXX";
-    if (!mkdtemp(sTemplate.data()))
+    m_sPath = LS::Util::MakeUniqueFolder(m_sParent + "/lumistrand-");
+    if (m_sPath.empty())
         return m_sParent + ": no folder for working files can be made: " + LS::Util::SystemError();
-    m_sPath = sTemplate;
     RedirectCacheFolder(LS::Util::WidePath(m_sPath));
     return {};
 }

@@ -2,9 +2,9 @@
 #include "tests/support/TempFolder.h"
 
 #include "Util/Paths.h"
+#include "Util/UniqueFolder.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -14,10 +14,10 @@ namespace fs = std::filesystem;
 
 namespace LS::Tests {
 
-TempFolder::TempFolder() : m_sPath((fs::temp_directory_path() / "lumistrand-test-XXXXXX").native())
+TempFolder::TempFolder() : m_sPath(Util::MakeUniqueFolder(fs::temp_directory_path() / "lumistrand-test-"))
 {
-    if (!mkdtemp(m_sPath.data()))
-        throw std::runtime_error("no temporary folder: " + m_sPath);
+    if (m_sPath.empty())
+        throw std::runtime_error("no temporary folder in " + fs::temp_directory_path().native());
 }
 
 TempFolder::~TempFolder()
