@@ -5,21 +5,12 @@
 #include "Util/FailureLog.h"
 
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <bit>
-#include <cerrno>
 #include <exception>
-#include <string_view>
 
 // The cache file's floats are little-endian and are used as they come.
 static_assert(std::endian::native == std::endian::little);
-
-namespace {
-
-constexpr std::string_view TOO_SHORT = "the float cache file is too short";
-
-} // namespace
 
 bool CheckWriterArguments(const char* HDRDataFile, const char* fileName, std::int32_t nWidth,
                           std::int32_t nHeight)
@@ -31,41 +22,21 @@ bool CheckWriterArguments(const char* HDRDataFile, const char* fileName, std::in
 }
 
 FloatCacheReader::FloatCacheReader(const char* szPath, std::int32_t nWidth)
-    : m_file("save", szPath, O_RDONLY), m_nRowFloats(3 * static_cast<std::size_t>(nWidth)),
-      m_nBytesLeft(m_file.Size())
+    : m_file("save", szPath, O_RDONLY), m_nRowFloats(3 * static_cast<std::size_t>(nWidth))
 {
 }
 
 bool FloatCacheReader::ReadRow()
 {
-    const auto nRowBytes = static_cast<std::int64_t>(m_nRowFloats * sizeof(float));
+    const std::size_t nRowBytes = m_nRowFloats * sizeof(float);
     // Tested before the row is allocated: a width that the file belies must not claim the memory for it.
-    if (m_nBytesLeft < nRowBytes) {
-        LS::Util::LogFailure("save", m_file.Path(), TOO_SHORT);
+    if (!m_file.Holds(m_nOffset + nRowBytes))
         return false;
-    }
-    m_nBytesLeft -= nRowBytes;
     m_vfRow.resize(m_nRowFloats);
-    if (!ReadBytes())
+    if (!m_file.Read(m_nOffset, m_vfRow.data(), nRowBytes))
         return false;
+    m_nOffset += nRowBytes;
     ScaleRow(m_vfRow);
-    return true;
-}
-
-bool FloatCacheReader::ReadBytes()
-{
-    auto bytes = std::as_writable_bytes(std::span(m_vfRow));
-    while (!bytes.empty()) {
-        const ssize_t nRead = read(m_file.Descriptor(), bytes.data(), bytes.size());
-        if (nRead < 0 && errno == EINTR)
-            continue;
-        if (nRead <= 0) {
-            // 0 is the end: somebody cut the file while it was being read.
-            LS::Util::LogFailure("save", m_file.Path(), nRead < 0 ? LS::Util::SystemError() : TOO_SHORT);
-            return false;
-        }
-        bytes = bytes.subspan(static_cast<std::size_t>(nRead));
-    }
     return true;
 }
 

@@ -31,11 +31,9 @@ public:
     std::span<const float> Row() const { return m_vfRow; }
 
 private:
-    bool ReadBytes();
-
     LS::Util::RegularFile m_file;
     std::size_t m_nRowFloats;
-    std::int64_t m_nBytesLeft; // by the size at the start
+    std::size_t m_nOffset = 0; // of the next row
     std::vector<float> m_vfRow;
 };
 

@@ -14,6 +14,7 @@ namespace LS::Util {
 namespace {
 
 constexpr const char* NOT_REGULAR = "not a regular file";
+constexpr const char* TOO_SHORT = "the file is too short";
 
 } // namespace
 
@@ -49,6 +50,35 @@ RegularFile::RegularFile(const char* szStep, const std::string& sPath, int nFlag
         return;
     }
     m_file.Close();
+}
+
+bool RegularFile::Holds(std::size_t nBytes) const
+{
+    if (!IsOpen())
+        return false;
+    const bool bHolds = static_cast<std::uint64_t>(m_nSize) >= nBytes;
+    if (!bHolds)
+        Log(TOO_SHORT);
+    return bHolds;
+}
+
+bool RegularFile::Read(std::size_t nOffset, void* pData, std::size_t nBytes) const
+{
+    auto* pNext = static_cast<unsigned char*>(pData);
+    while (nBytes > 0) {
+        const ssize_t nRead = pread(Descriptor(), pNext, nBytes, static_cast<off_t>(nOffset));
+        if (nRead < 0 && errno == EINTR)
+            continue;
+        if (nRead <= 0) {
+            Log(nRead < 0 ? SystemError() : TOO_SHORT);
+            return false;
+        }
+        const auto nDone = static_cast<std::size_t>(nRead);
+        pNext += nDone;
+        nOffset += nDone;
+        nBytes -= nDone;
+    }
+    return true;
 }
 
 bool RegularFile::Close()

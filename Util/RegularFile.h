@@ -3,6 +3,7 @@
 
 #include "Util/FileDescriptor.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -32,8 +33,15 @@ public:
     int Descriptor() const { return m_file.Get(); }
     const std::string& Path() const { return m_sPath; }
 
-    /// Bytes in the file when it was opened.
-    std::int64_t Size() const { return m_nSize; }
+    /// Whether the file is open and held so many bytes when it was opened. @return false, logged, if it is
+    /// open and shorter
+    bool Holds(std::size_t nBytes) const;
+
+    /// Copies nBytes bytes from nOffset on; the reading position plays no part. By calls and not through a
+    /// mapping: where a file is cut meanwhile, or a disk can't read it any more, a call fails while a mapping
+    /// would end the program by a signal.
+    /// @return false, logged, if they can't all be read
+    bool Read(std::size_t nOffset, void* pData, std::size_t nBytes) const;
 
     /// Gives the descriptor away.
     int Release() { return m_file.Release(); }

@@ -3,12 +3,14 @@
 
 #include "Util/Assertion.h"
 #include "Util/FailureLog.h"
-#include "Util/MappedFile.h"
 #include "Util/Paths.h"
+#include "Util/RegularFile.h"
 #include "engine/CHDRConstruct.h"
 #include "engine/HDRWorkspace.h"
 #include "engine/ResponseCurve.h"
 #include "engine/ScaledSize.h"
+
+#include <fcntl.h>
 
 #include <algorithm>
 #include <cmath>
@@ -37,23 +39,25 @@ std::int32_t SolvingStart(std::size_t nImages)
     return static_cast<std::int32_t>(std::min<std::size_t>(5 * nImages, 95));
 }
 
-/// The decimated planes of a source cache file; empty if it can't be mapped, which is logged.
+/// The decimated planes of a source cache file; empty if it can't be read, which is logged.
 std::vector<LDRImage::Plane> ReadPlanes(const std::string& sFile, std::int32_t nWidth, std::int32_t nHeight,
                                         const ScaledSize& size)
 {
     const std::size_t nRowBytes = 4 * static_cast<std::size_t>(nWidth);
-    const LS::Util::MappedFile file(STEP, sFile, nRowBytes * static_cast<std::size_t>(nHeight));
-    if (!file.IsOpen())
+    const LS::Util::RegularFile file(STEP, sFile, O_RDONLY);
+    if (!file.Holds(nRowBytes * static_cast<std::size_t>(nHeight)))
         return {};
 
     const auto nColumns = static_cast<std::size_t>(size.nWidth);
     const auto nRows = static_cast<std::size_t>(size.nHeight);
     std::vector<LDRImage::Plane> vPlanes(CURVE_CHANNELS, LDRImage::Plane(nColumns * nRows));
     const std::size_t nStep = 4 * static_cast<std::size_t>(size.nStepX);
+    std::vector<unsigned char> row(nRowBytes);
     std::size_t nPixel = 0;
     for (std::size_t y = 0; y < nRows; ++y) {
-        const unsigned char* pPixel =
-            file.Data().subspan(y * static_cast<std::size_t>(size.nStepY) * nRowBytes, nRowBytes).data();
+        if (!file.Read(y * static_cast<std::size_t>(size.nStepY) * nRowBytes, row.data(), nRowBytes))
+            return {};
+        const unsigned char* pPixel = row.data();
         for (std::size_t x = 0; x < nColumns; ++x, ++nPixel, pPixel += nStep) {
             vPlanes[0][nPixel] = pPixel[1];
             vPlanes[1][nPixel] = pPixel[2];

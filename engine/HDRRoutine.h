@@ -94,7 +94,7 @@ bool MergeExposures(const std::vector<std::wstring>& vsLDRFiles, std::int32_t nW
 ///                    logarithm, neutral density in natural logarithms
 /// @param vafCurves   receives three new curves, the caller's; nothing after a failure
 /// @param pReport     null, or receives what was found on the way, also after a failure of the solving
-/// @return false for fewer than two images, for images smaller than 10 pixels, a file that can't be mapped,
+/// @return false for fewer than two images, for images smaller than 10 pixels, a file that can't be read,
 ///         an exposure that is not finite, a series whose values span too little, or after a cancel
 bool CalculateCurves(const std::vector<std::wstring>& vsLDRFiles, std::int32_t nWidth, std::int32_t nHeight,
                      const std::vector<float>& vfShutters, const std::vector<float>& vfStops,

@@ -2,14 +2,15 @@
 #include "engine/TMORoutine.h"
 
 #include "Util/Assertion.h"
-#include "Util/MappedFile.h"
 #include "Util/Paths.h"
+#include "Util/RegularFile.h"
 #include "engine/LuminanceCompression.h"
 #include "engine/ProgbarSetter.h"
 #include "engine/TMOContext.h"
 
+#include <fcntl.h>
+
 #include <cstddef>
-#include <cstring>
 #include <vector>
 
 using LS::Util::PixelBuffer;
@@ -45,19 +46,18 @@ PixelBuffer MapPlanes(HDRImage& image, float fExposure, float fGamma, std::int32
     return pPixels;
 }
 
-/// The mapping is gone when this returns: a file that is cut during a long calculation would fault.
 bool ReadPlanes(const std::wstring& sFile, HDRImage& image)
 {
     const std::size_t nRowPixels = static_cast<std::size_t>(image.nWidth);
     std::vector<float> vfRow(3 * nRowPixels);
     const std::size_t nRowBytes = vfRow.size() * sizeof(float);
-    const LS::Util::MappedFile file("tone map", LS::Util::NarrowPath(sFile),
-                                    nRowBytes * static_cast<std::size_t>(image.nHeight));
-    if (!file.IsOpen())
+    const LS::Util::RegularFile file("tone map", LS::Util::NarrowPath(sFile), O_RDONLY);
+    if (!file.Holds(nRowBytes * static_cast<std::size_t>(image.nHeight)))
         return false;
-    const unsigned char* pRow = file.Data().data();
-    for (std::size_t nFirst = 0; nFirst < image.Pixels(); nFirst += nRowPixels, pRow += nRowBytes) {
-        std::memcpy(vfRow.data(), pRow, nRowBytes);
+    std::size_t nOffset = 0;
+    for (std::size_t nFirst = 0; nFirst < image.Pixels(); nFirst += nRowPixels, nOffset += nRowBytes) {
+        if (!file.Read(nOffset, vfRow.data(), nRowBytes))
+            return false;
         image.Split(vfRow.data(), nRowPixels, nFirst);
     }
     return true;

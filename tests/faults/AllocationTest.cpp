@@ -97,7 +97,7 @@ TEST(FailingAllocations, OfTheWriters)
         };
         ASSERT_TRUE(write());
         const Bytes whole = Content(sPath, bRadiance);
-        for (const char* szKind : {"malloc", "write", "close"})
+        for (const char* szKind : {"malloc", "write", "read", "close"})
             Sweep(szKind, write, [&] { return whole == Content(sPath, bRadiance); });
     }
 }
@@ -132,7 +132,7 @@ TEST_F(FailingEngine, MergesWholeOrNotAtAll)
     ASSERT_TRUE(Merge());
     const Bytes whole = Floats();
     ASSERT_EQ(60U * 40 * 12, whole.size());
-    for (const char* szKind : {"malloc", "write", "close"})
+    for (const char* szKind : {"malloc", "write", "read", "close"})
         Sweep(
             szKind, [this] { return Merge(); }, [&] { return Floats() == whole; });
     ResetWorkspace();
@@ -152,7 +152,7 @@ TEST_F(FailingEngine, RecoversWholeOrNotAtAll)
     };
     ASSERT_TRUE(recover(true));
     Sweep(
-        "mmap", [&] { return recover(false); }, [] { return true; });
+        "read", [&] { return recover(false); }, [] { return true; });
     // Each run solves for tenths of a second.
     for (long n = 1; n < 4000; n += InForm(401, 1)) {
         LetCallsFail("malloc", n, false);
@@ -179,7 +179,7 @@ TEST_F(FailingEngine, MapsWholeOrNotAtAll)
     pixels.resize(std::size_t{60} * 40 * 3);
     ASSERT_TRUE(map());
     const Bytes whole = pixels;
-    for (const char* szKind : {"malloc", "mmap"})
+    for (const char* szKind : {"malloc", "read"})
         Sweep(szKind, map, [&] { return pixels == whole; });
     ResetWorkspace();
 }

@@ -93,9 +93,10 @@ protected:
 };
 
 INSTANTIATE_TEST_SUITE_P(, FailingCalls,
-                         testing::Values(Sweep{"write", 60, 1000}, Sweep{"close", 60, 1000},
-                                         Sweep{"fsync", 20, 20}, Sweep{"mmap", 10, 10},
-                                         Sweep{"rename", 20, 20}, Sweep{"malloc", 120, 50000}),
+                         testing::Values(Sweep{"write", 60, 1000}, Sweep{"read", 60, 1000},
+                                         Sweep{"close", 60, 1000}, Sweep{"fsync", 20, 20},
+                                         Sweep{"mmap", 10, 10}, Sweep{"rename", 20, 20},
+                                         Sweep{"malloc", 120, 50000}),
                          [](const auto& sweep) { return std::string(sweep.param.szKind); });
 
 } // namespace

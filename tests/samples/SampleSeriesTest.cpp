@@ -1,7 +1,7 @@
 // The sample series against the truth that it was rendered from: the whole road from JPEG to radiance.
 #include "samples/SampleSeries.h"
-#include "Util/MappedFile.h"
 #include "Util/Paths.h"
+#include "Util/RegularFile.h"
 #include "engine/HDRRoutine.h"
 #include "engine/HDRWorkspace.h"
 #include "engine/OwnedCurves.h"
@@ -13,13 +13,13 @@
 #include "samples/SceneRadiance.h"
 #include "tests/support/TempFolder.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <wx/init.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
 #include <filesystem>
 #include <iostream>
 
@@ -126,12 +126,10 @@ protected:
                             Constants(3), Constants(0), curves.Get(), nullptr, &Workspace()))
             return avdRatios;
         curves.Release();
-        const Util::MappedFile floats("test", Util::NarrowPath(Workspace().sHDRFile),
-                                      sizeof(float) * 3 * kSampleWidth * kSampleHeight);
+        const Util::RegularFile floats("test", Util::NarrowPath(Workspace().sHDRFile), O_RDONLY);
         for (const Sample& sample : Samples()) {
             std::array<float, 3> pixel{};
-            std::memcpy(pixel.data(), floats.Data().subspan(sample.nPixel * sizeof pixel).data(),
-                        sizeof pixel);
+            EXPECT_TRUE(floats.Read(sample.nPixel * sizeof pixel, pixel.data(), sizeof pixel));
             for (std::size_t c = 0; c < 3; ++c)
                 avdRatios[c].push_back(static_cast<double>(pixel[c]) / sample.radiance[c]);
         }

@@ -33,7 +33,7 @@ extern "C" void* __libc_memalign(std::size_t, std::size_t); // NOLINT(bugprone-r
 
 namespace {
 
-enum class Kind { None, Write, Close, Sync, Map, Rename, Allocate, Network };
+enum class Kind { None, Write, Read, Close, Sync, Map, Rename, Allocate, Network };
 
 /// Read once before main, so that a call costs no more than a comparison.
 Kind g_kind = Kind::None;
@@ -49,9 +49,9 @@ Kind KindOf(const char* szName)
     constexpr struct {
         const char* szName;
         Kind kind;
-    } KINDS[] = {{"write", Kind::Write},    {"close", Kind::Close},   {"fsync", Kind::Sync},
-                 {"mmap", Kind::Map},       {"rename", Kind::Rename}, {"malloc", Kind::Allocate},
-                 {"network", Kind::Network}};
+    } KINDS[] = {{"write", Kind::Write},     {"read", Kind::Read},      {"close", Kind::Close},
+                 {"fsync", Kind::Sync},      {"mmap", Kind::Map},       {"rename", Kind::Rename},
+                 {"malloc", Kind::Allocate}, {"network", Kind::Network}};
     for (const auto& known : KINDS)
         if (szName && std::strcmp(szName, known.szName) == 0)
             return known.kind;
@@ -156,6 +156,21 @@ ssize_t pwrite(int nFile, const void* pData, std::size_t nBytes, off_t nOffset)
 ssize_t writev(int nFile, const iovec* pParts, int nParts)
 {
     return Fails(Kind::Write, ENOSPC) ? -1 : ::syscall(SYS_writev, nFile, pParts, nParts);
+}
+
+ssize_t read(int nFile, void* pData, std::size_t nBytes)
+{
+    return Fails(Kind::Read, EIO) ? -1 : ::syscall(SYS_read, nFile, pData, nBytes);
+}
+
+ssize_t pread64(int nFile, void* pData, std::size_t nBytes, off64_t nOffset)
+{
+    return Fails(Kind::Read, EIO) ? -1 : ::syscall(SYS_pread64, nFile, pData, nBytes, nOffset);
+}
+
+ssize_t pread(int nFile, void* pData, std::size_t nBytes, off_t nOffset)
+{
+    return pread64(nFile, pData, nBytes, nOffset);
 }
 
 /// The stream's own writes are calls within the C library, where nothing can be put in between.

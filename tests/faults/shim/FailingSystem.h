@@ -1,7 +1,8 @@
 // Lets the n-th system call or allocation of this process fail.
 #pragma once
 
-/// From here on calls of a kind count: "write", "close", "fsync", "mmap", "rename", "malloc" or "network".
+/// From here on calls of a kind count: "write", "read", "close", "fsync", "mmap", "rename", "malloc" or
+/// "network".
 /// @param nFirst    the first one that fails, counted from 1
 /// @param bLasting  whether all later ones fail as well
 void LetCallsFail(const char* szKind, long nFirst, bool bLasting);
