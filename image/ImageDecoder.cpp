@@ -13,8 +13,10 @@
 
 #include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <utility>
@@ -94,14 +96,38 @@ DecodedImage Decode(int nFile, PictureFormat format, const LibraryLog& log)
     return Failure(DecodeOutcome::Undecodable, log.Text());
 }
 
-/// No writer makes as many scans of a JPEG: the library's own script for progressive ones has ten.
-constexpr int MOST_USUAL_SCANS = 32;
+/// How many scans of a JPEG pass without watching. No writer makes more than 32: the library's own script for
+/// progressive ones has ten. And all of them go over no more pixels than the largest picture has.
+int MostScans(std::uint64_t nPixels)
+{
+    const std::uint64_t nMost = std::uint64_t{MAX_DECODED_PIXELS} / std::max<std::uint64_t>(nPixels, 1);
+    return static_cast<int>(std::min<std::uint64_t>(nMost, 32));
+}
+
+/// The decoder of PNG unpacks all that is there, whatever the picture needs: at most a thousand times this.
+constexpr std::uint64_t MOST_PACKED_BYTES = std::uint64_t{2} << 20;
 
 /// Whether a picture's decoder may crash on damaged files, or take a time that its size doesn't bound.
-bool NeedsWatching(int nFile, PictureFormat format)
+bool NeedsWatching(int nFile, PictureFormat format, std::uint64_t nPixels, std::uint64_t nFileBytes)
 {
-    return format == PictureFormat::Other || Scans(nFile, format, MOST_USUAL_SCANS) > MOST_USUAL_SCANS ||
-           !HoldsItsChunks(nFile, format);
+    const int nMostScans = MostScans(nPixels);
+    return format == PictureFormat::Other || Scans(nFile, format, nMostScans) > nMostScans ||
+           (format == PictureFormat::Png && nFileBytes > MOST_PACKED_BYTES) ||
+           !HoldsItsChunks(nFile, format) || !HasUsualLayout(nFile, format);
+}
+
+/// 0 if it can't be told.
+std::uint64_t FileBytes(int nFile)
+{
+    struct stat status {};
+    return ::fstat(nFile, &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
+}
+
+/// Time for a picture that is large by itself.
+std::chrono::milliseconds TimeFor(std::uint64_t nFileBytes)
+{
+    constexpr std::uint64_t BYTES_PER_MILLISECOND = 4096; // a quarter of what slow machines decode
+    return std::chrono::milliseconds(nFileBytes / BYTES_PER_MILLISECOND);
 }
 
 DecodedImage DecodeOpenFile(int nFile, std::chrono::milliseconds timeLimit)
@@ -113,7 +139,10 @@ DecodedImage DecodeOpenFile(int nFile, std::chrono::milliseconds timeLimit)
         return Failure(DecodeOutcome::Undecodable, "the header asks for more than 512 megapixels");
     LS::Util::ExpectLargeBlock(static_cast<std::size_t>(nPixels) * 3);
     const auto decode = [&] { return Decode(nFile, format, log); };
-    return NeedsWatching(nFile, format) ? DecodeInChild(decode, nFile, timeLimit) : decode();
+    const std::uint64_t nFileBytes = FileBytes(nFile);
+    return NeedsWatching(nFile, format, nPixels, nFileBytes)
+               ? DecodeInChild(decode, nFile, timeLimit + TimeFor(nFileBytes))
+               : decode();
 }
 
 /// Fills an empty file; the position stays at its start.

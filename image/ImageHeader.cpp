@@ -220,31 +220,84 @@ bool PngHoldsItsChunks(int nFile)
 struct TiffCloser {
     void operator()(TIFF* pTiff) const noexcept { TIFFClose(pTiff); }
 };
+using TiffFile = std::unique_ptr<TIFF, TiffCloser>;
 
-/// The product of two dimension tags; 0 if one is missing.
-std::uint64_t TagProduct(TIFF* pTiff, std::uint32_t nWidthTag, std::uint32_t nHeightTag)
-{
-    std::uint32_t nWidth = 0;
-    std::uint32_t nHeight = 0;
-    TIFFGetField(pTiff, nWidthTag, &nWidth);
-    TIFFGetField(pTiff, nHeightTag, &nHeight);
-    return std::uint64_t{nWidth} * nHeight;
-}
-
-std::uint64_t TiffPixels(int nFile)
+/// The first directory of a file; null if the library finds none. Moves the reading position.
+TiffFile OpenTiff(int nFile)
 {
     const int nOwn = ::dup(nFile); // shares the reading position
     ::lseek(nFile, 0, SEEK_SET);
     // "m": without a memory mapping, which would fault where the file is cut meanwhile.
-    const std::unique_ptr<TIFF, TiffCloser> pTiff(nOwn < 0 ? nullptr : TIFFFdOpen(nOwn, "photograph", "rm"));
-    std::uint64_t nPixels = 0;
-    if (pTiff)
-        nPixels = std::max(TagProduct(pTiff.get(), TIFFTAG_IMAGEWIDTH, TIFFTAG_IMAGELENGTH),
-                           TagProduct(pTiff.get(), TIFFTAG_TILEWIDTH, TIFFTAG_TILELENGTH));
-    else if (nOwn >= 0)
+    TiffFile pTiff(nOwn < 0 ? nullptr : TIFFFdOpen(nOwn, "photograph", "rm"));
+    if (!pTiff && nOwn >= 0)
         ::close(nOwn);
+    return pTiff;
+}
+
+std::uint32_t Tag(TIFF* pTiff, std::uint32_t nTag)
+{
+    std::uint32_t nValue = 0;
+    TIFFGetField(pTiff, nTag, &nValue);
+    return nValue;
+}
+
+/// One of those that have 16 bits and a default.
+std::uint16_t ShortTag(TIFF* pTiff, std::uint32_t nTag)
+{
+    std::uint16_t nValue = 0;
+    TIFFGetFieldDefaulted(pTiff, nTag, &nValue);
+    return nValue;
+}
+
+std::uint64_t PicturePixels(TIFF* pTiff)
+{
+    return std::uint64_t{Tag(pTiff, TIFFTAG_IMAGEWIDTH)} * Tag(pTiff, TIFFTAG_IMAGELENGTH);
+}
+
+std::uint64_t TilePixels(TIFF* pTiff)
+{
+    return std::uint64_t{Tag(pTiff, TIFFTAG_TILEWIDTH)} * Tag(pTiff, TIFFTAG_TILELENGTH);
+}
+
+std::uint64_t TiffPixels(int nFile)
+{
+    std::uint64_t nPixels = 0;
+    if (const TiffFile pTiff = OpenTiff(nFile))
+        nPixels = std::max(PicturePixels(pTiff.get()), TilePixels(pTiff.get()));
     ::lseek(nFile, 0, SEEK_SET);
     return nPixels;
+}
+
+bool IsUsualCoding(std::uint16_t nCompression)
+{
+    switch (nCompression) {
+    case COMPRESSION_NONE:
+    case COMPRESSION_LZW:
+    case COMPRESSION_PACKBITS:
+    case COMPRESSION_DEFLATE:
+    case COMPRESSION_ADOBE_DEFLATE:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool HasUsualLayout(TIFF* pTiff)
+{
+    constexpr std::uint64_t MOST_OVERHANG = std::uint64_t{64} << 20; // pixels of tiles beyond the picture
+    const std::uint64_t nTiled = TIFFIsTiled(pTiff) ? TIFFNumberOfTiles(pTiff) * TilePixels(pTiff) : 0;
+    return IsUsualCoding(ShortTag(pTiff, TIFFTAG_COMPRESSION)) &&
+           ShortTag(pTiff, TIFFTAG_SAMPLESPERPIXEL) <= 4 && ShortTag(pTiff, TIFFTAG_BITSPERSAMPLE) <= 16 &&
+           nTiled <= PicturePixels(pTiff) + MOST_OVERHANG;
+}
+
+bool TiffHasUsualLayout(int nFile)
+{
+    bool bUsual = true; // without a directory nothing is decoded
+    if (const TiffFile pTiff = OpenTiff(nFile))
+        bUsual = HasUsualLayout(pTiff.get());
+    ::lseek(nFile, 0, SEEK_SET);
+    return bUsual;
 }
 
 } // namespace
@@ -289,4 +342,9 @@ int Scans(int nFile, PictureFormat format, int nMost)
 bool HoldsItsChunks(int nFile, PictureFormat format)
 {
     return format != PictureFormat::Png || PngHoldsItsChunks(nFile);
+}
+
+bool HasUsualLayout(int nFile, PictureFormat format)
+{
+    return format != PictureFormat::Tiff || TiffHasUsualLayout(nFile);
 }

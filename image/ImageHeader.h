@@ -25,3 +25,10 @@ int Scans(int nFile, PictureFormat format, int nMost);
 /// The format's decoder doesn't look at how much it got. Behind the end of a file it takes old bytes for new
 /// ones until a chunk of up to 2 GB is over, which may take minutes.
 bool HoldsItsChunks(int nFile, PictureFormat format);
+
+/// Whether an open TIFF file is laid out as writers of photographs do it: in strips, or in tiles that cover
+/// not much more than the picture, with up to four samples of up to 16 bits, plain or in a coding whose work
+/// grows with the pixels alone. True for other formats. Leaves the reading position at the start of the file.
+///
+/// A small file can claim thousands of tiles of the largest size, or a hundred scans of JPEG for each strip.
+bool HasUsualLayout(int nFile, PictureFormat format);

@@ -2,6 +2,7 @@
 #include "image/ExifReader.h"
 #include "image/ImageDecoder.h"
 #include "tests/cli/Photographs.h"
+#include "tests/faults/Bombs.h"
 #include "tests/faults/FaultyProgram.h"
 #include "tests/faults/Form.h"
 #include "tests/faults/Mutation.h"
@@ -25,7 +26,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 /// What a child process gets here; some mutants keep the library's decoders busy for ever.
-constexpr std::chrono::seconds CHILDS_SECONDS(2);
+constexpr std::chrono::milliseconds CHILDS_TIME(500);
 
 double SecondsSince(Clock::time_point start)
 {
@@ -42,13 +43,20 @@ protected:
     {
         WriteElements(m_sPath, bytes);
         const auto start = Clock::now();
-        const DecodedImage decoded = DecodeImage(m_sPath, CHILDS_SECONDS);
+        const DecodedImage decoded = DecodeImage(m_sPath, CHILDS_TIME);
         EXPECT_NE(DecodeOutcome::Missing, decoded.outcome);
         EXPECT_EQ(decoded.outcome == DecodeOutcome::Decoded, decoded.image.IsOk());
         ShotValues shot;
         ReadShot(m_sPath, shot);
         EXPECT_GT(MOST_SECONDS, SecondsSince(start));
         return decoded.image.IsOk();
+    }
+
+    /// A picture that is ended in its child process.
+    void ExpectTooLong(const Bytes& bytes)
+    {
+        WriteElements(m_sPath, bytes);
+        EXPECT_EQ("the decoder took too long", DecodeImage(m_sPath, CHILDS_TIME).sReason);
     }
 
     TempFolder m_folder;
@@ -90,21 +98,30 @@ TEST_F(DamagedPictures, CutAnywhere)
     }
 }
 
-TEST_F(DamagedPictures, Mutants)
+namespace {
+
+constexpr std::size_t SLICES = 8; // of the kinds, so that all processors have work
+
+class MutatedPictures : public DamagedPictures, public testing::WithParamInterface<std::size_t> {};
+
+INSTANTIATE_TEST_SUITE_P(, MutatedPictures, testing::Range(std::size_t{0}, SLICES));
+
+} // namespace
+
+TEST_P(MutatedPictures, AreDecodedOrRefused)
 {
     auto vPictures = SamplePictures();
     vPictures.push_back({"photograph.jpg", WithExif(m_folder.File("photograph.jpg"))});
     const int nMutants = InForm(600, 50000) / static_cast<int>(vPictures.size()) + 1;
-    int nDecoded = 0;
-    for (std::size_t i = 0; i < vPictures.size(); ++i) {
+    int nAll = 0, nDecoded = 0;
+    for (std::size_t i = GetParam(); i < vPictures.size(); i += SLICES) {
         SCOPED_TRACE(vPictures[i].sName);
         std::mt19937 random(static_cast<std::uint32_t>(i));
-        for (int n = 0; n < nMutants && !HasFailure(); ++n) {
+        for (int n = 0; n < nMutants && !HasFailure(); ++n, ++nAll) {
             SCOPED_TRACE(n);
             nDecoded += Take(Mutated(vPictures[i].bytes, random));
         }
     }
-    const int nAll = nMutants * static_cast<int>(vPictures.size());
     std::printf("%d mutants, of which %d decode\n", nAll, nDecoded);
     EXPECT_LT(nAll / 20, nDecoded) << "damage that no decoder gets past tries little";
     EXPECT_GT(nAll, nDecoded);
@@ -114,9 +131,9 @@ TEST_F(DamagedPictures, ManyScansEndInTime)
 {
     EXPECT_TRUE(Take(Jpeg({.bProgressive = true})));
     EXPECT_TRUE(Take(JpegOfManyScans(40, 24, 1000)));
-    // A file of half a megabyte that would keep a decoder busy for an hour.
-    WriteElements(m_sPath, JpegOfManyScans(5000, 4000, 50'000));
-    EXPECT_EQ("the decoder took too long", DecodeImage(m_sPath, std::chrono::seconds(1)).sReason);
+    // A file of half a megabyte that would keep a decoder busy for an hour, and a small one of usual scans.
+    ExpectTooLong(JpegOfManyScans(5000, 4000, 50'000));
+    ExpectTooLong(JpegOfManyScans(20'000, 20'000, 8));
 }
 
 TEST_F(DamagedPictures, ChunksBeyondTheEndOfTheFileEndInTime)
@@ -125,8 +142,17 @@ TEST_F(DamagedPictures, ChunksBeyondTheEndOfTheFileEndInTime)
     Bytes file = PngPicture();
     file.resize(nLength + 8 + 20); // a few bytes of the pixels,
     file[nLength] = 0x7F;          // which claim to be 2 GB
-    WriteElements(m_sPath, file);
-    EXPECT_EQ("the decoder took too long", DecodeImage(m_sPath, std::chrono::seconds(1)).sReason);
+    ExpectTooLong(file);
+}
+
+TEST_F(DamagedPictures, MoreDataThanPixelsEndInTime)
+{
+    ExpectTooLong(PngOfTooMuch(8192));
+}
+
+TEST_F(DamagedPictures, TilesLargerThanThePictureEndInTime)
+{
+    ExpectTooLong(TiffOfLargeTiles());
 }
 
 namespace {

@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <tiffio.h>
 #include <wx/log.h>
 
 using LS::Tests::Bytes;
@@ -169,5 +170,35 @@ TEST(ImageHeader, ChunksOfAPng)
         const LS::Util::FileDescriptor file(::open(folder.File("picture").c_str(), O_RDONLY | O_CLOEXEC));
         EXPECT_EQ(c.bHolds, HoldsItsChunks(file.Get(), PictureFormat::Png));
         EXPECT_TRUE(HoldsItsChunks(file.Get(), PictureFormat::Jpeg)) << "it has none";
+    }
+}
+
+TEST(ImageHeader, LayoutOfATiff)
+{
+    const struct {
+        const char* szName;
+        Bytes file;
+        bool bUsual;
+    } cases[] = {
+        {"strips", GreyTiff({64, 64}), true},
+        {"deflate", GreyTiff({.nWidth = 64, .nHeight = 64, .nCompression = COMPRESSION_ADOBE_DEFLATE}), true},
+        {"JPEG", GreyTiff({.nWidth = 64, .nHeight = 64, .nCompression = COMPRESSION_JPEG}), false},
+        {"fax", GreyTiff({.nWidth = 64, .nHeight = 64, .nCompression = COMPRESSION_CCITTFAX4}), false},
+        {"four samples", GreyTiff({.nWidth = 64, .nHeight = 64, .nSamples = 4, .nBits = 16}), true},
+        {"five samples", GreyTiff({.nWidth = 64, .nHeight = 64, .nSamples = 5}), false},
+        {"32 bits", GreyTiff({.nWidth = 64, .nHeight = 64, .nBits = 32}), false},
+        {"a tile", GreyTiff({64, 64, 1024}), true},
+        {"tiles that reach far beyond the picture", GreyTiff({16, 160'000, 65'536, 16}), false},
+        {"no directory", {'M', 'M', 0, 42, 0, 0, 0, 8}, true},
+    };
+    const wxLogNull silence; // libtiff's words on the last one
+    const TempFolder folder;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.szName);
+        LS::Tests::WriteElements(folder.File("picture"), c.file);
+        const LS::Util::FileDescriptor file(::open(folder.File("picture").c_str(), O_RDONLY | O_CLOEXEC));
+        EXPECT_EQ(c.bUsual, HasUsualLayout(file.Get(), PictureFormat::Tiff));
+        EXPECT_TRUE(HasUsualLayout(file.Get(), PictureFormat::Png)) << "that asks about other formats";
+        EXPECT_EQ(0, ::lseek(file.Get(), 0, SEEK_CUR)) << "the decoder starts here";
     }
 }

@@ -55,14 +55,15 @@ Bytes GreyTiff(const TiffLayout& layout)
         throw std::runtime_error("can't write " + sPath);
     TIFFSetField(pTiff, TIFFTAG_IMAGEWIDTH, layout.nWidth);
     TIFFSetField(pTiff, TIFFTAG_IMAGELENGTH, layout.nHeight);
-    TIFFSetField(pTiff, TIFFTAG_BITSPERSAMPLE, 8);
-    TIFFSetField(pTiff, TIFFTAG_SAMPLESPERPIXEL, 1);
+    TIFFSetField(pTiff, TIFFTAG_BITSPERSAMPLE, layout.nBits);
+    TIFFSetField(pTiff, TIFFTAG_SAMPLESPERPIXEL, layout.nSamples);
+    TIFFSetField(pTiff, TIFFTAG_COMPRESSION, layout.nCompression);
     TIFFSetField(pTiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK);
     std::array<unsigned char, 4096> pixels{};
     pixels.fill(77);
-    if (layout.nTileSide > 0) {
-        TIFFSetField(pTiff, TIFFTAG_TILEWIDTH, layout.nTileSide);
-        TIFFSetField(pTiff, TIFFTAG_TILELENGTH, layout.nTileSide);
+    if (layout.nTileWidth > 0) {
+        TIFFSetField(pTiff, TIFFTAG_TILEWIDTH, layout.nTileWidth);
+        TIFFSetField(pTiff, TIFFTAG_TILELENGTH, layout.nTileHeight ? layout.nTileHeight : layout.nTileWidth);
         TIFFWriteRawTile(pTiff, 0, pixels.data(), pixels.size());
     } else {
         TIFFSetField(pTiff, TIFFTAG_ROWSPERSTRIP, layout.nHeight);

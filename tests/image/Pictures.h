@@ -15,12 +15,16 @@ Bytes Encoded(const wxImage& image, wxBitmapType type);
 
 bool SamePixels(const wxImage& image1, const wxImage& image2);
 
-/// A TIFF with a single raw strip or tile of 4096 grey bytes, which may claim any size.
+/// A TIFF with a single raw strip or tile of 4096 grey bytes, which may claim any size and coding.
 struct TiffLayout {
     unsigned nWidth;
     unsigned nHeight;
-    unsigned nTileSide = 0; // 0: in strips
-    bool bBig = false;      // with 64-bit offsets
+    unsigned nTileWidth = 0;  // 0: in strips
+    unsigned nTileHeight = 0; // 0: as the width
+    bool bBig = false;        // with 64-bit offsets
+    int nCompression = 1;     // none
+    int nSamples = 1;
+    int nBits = 8;
 };
 Bytes GreyTiff(const TiffLayout& layout);
 
