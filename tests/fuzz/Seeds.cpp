@@ -7,7 +7,9 @@
 
 #include <exiv2/exiv2.hpp>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <string>
 
@@ -41,6 +43,90 @@ std::vector<Bytes> Pictures()
     return vSeeds;
 }
 
+Bytes BigEndian(std::uint32_t nNumber)
+{
+    Bytes bytes;
+    for (const int nShift : {24, 16, 8, 0})
+        bytes.push_back(static_cast<unsigned char>(nNumber >> nShift));
+    return bytes;
+}
+
+Bytes LittleEndian(std::uint32_t nNumber)
+{
+    Bytes bytes = BigEndian(nNumber);
+    std::reverse(bytes.begin(), bytes.end());
+    return bytes;
+}
+
+Bytes Joined(std::initializer_list<Bytes> parts)
+{
+    Bytes all;
+    for (const Bytes& part : parts)
+        all.insert(all.end(), part.begin(), part.end());
+    return all;
+}
+
+std::uint32_t Size(const Bytes& bytes)
+{
+    return static_cast<std::uint32_t>(bytes.size());
+}
+
+/// Frames of other formats that the metadata library reads, as far as their first tags.
+/// @param exif  a TIFF with tags
+std::vector<Bytes> OtherMetadata(const Bytes& exif)
+{
+    const auto box = [](std::string_view sName, const Bytes& content) {
+        return Joined({BigEndian(8 + Size(content)), Of(sName), content});
+    };
+    const auto riff = [](std::string_view sName, const Bytes& content) {
+        return Joined({Of(sName), LittleEndian(Size(content)), content, Bytes(content.size() % 2)});
+    };
+    const Bytes webp = Joined({Of("WEBP"), riff("VP8X", {8, 0, 0, 0, 7, 0, 0, 7, 0, 0}),
+                               riff("VP8L", {0x2F, 7, 0xC0, 1, 0, 0}), riff("EXIF", exif)});
+    const Bytes exifUuid = Of("JpgTiffExif->JP2");
+    const Bytes jp2Header = box("ihdr", {0, 0, 0, 8, 0, 0, 0, 8, 0, 3, 7, 7, 0, 0});
+    const Bytes resource = Joined({Of("8BIM"), {4, 0x22, 0, 0}, BigEndian(Size(exif)), exif});
+    const Bytes raw = Joined(
+        {Of("FUJIFILMCCD-RAW 0201FF383501"), Bytes(56), BigEndian(160), BigEndian(Size(exif)), Bytes(68)});
+    return {
+        riff("RIFF", webp),
+        Joined({box("jP  ", {0x0D, 0x0A, 0x87, 0x0A}),
+                box("ftyp", Of(std::string_view("jp2 \0\0\0\0jp2 ", 12))), box("jp2h", jp2Header),
+                box("uuid", Joined({exifUuid, exif})), box("jp2c", {0xFF, 0x4F})}),
+        Joined({Of("8BPS"),
+                {0, 1, 0, 0, 0, 0, 0, 0, 0, 3},
+                BigEndian(8),
+                BigEndian(8),
+                {0, 8, 0, 3},
+                BigEndian(0),
+                BigEndian(Size(resource)),
+                resource,
+                BigEndian(0)}),
+        Joined({raw, exif}),
+        Joined({Of(std::string_view("\0MRM", 4)), BigEndian(Size(exif) + 24),
+                Of(std::string_view("\0PRD", 4)), BigEndian(8), Bytes(8), Of(std::string_view("\0TTW", 4)),
+                BigEndian(Size(exif)), exif}),
+        Joined({Of("PGF6"), LittleEndian(16 + Size(exif)), LittleEndian(8), LittleEndian(8), Bytes(8), exif}),
+        Joined({Of("II\x1A"), Bytes(3), Of("HEAPCCDR"), Bytes(12), exif}),
+        Of("%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 8 8\n%%EndComments\n%%BeginProlog\n%%EndProlog\n"
+           "%begin_xml_code\n<?xpacket begin='' id='W5M0MpCehiHzreSzNTczkc9d'?><x:xmpmeta/>"
+           "<?xpacket end='w'?>\n%end_xml_code\n%%EOF\n"),
+        Of("<?xpacket begin='' id='W5M0MpCehiHzreSzNTczkc9d'?><x:xmpmeta xmlns:x='adobe:ns:meta/'>"
+           "<rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><rdf:Description "
+           "exif:FNumber='8/1' xmlns:exif='http://ns.adobe.com/exif/1.0/'/></rdf:RDF></x:xmpmeta>"),
+    };
+}
+
+/// The tags of a photograph as a TIFF.
+Bytes ExifOf(const std::string& sPhotograph)
+{
+    const auto file = Exiv2::ImageFactory::open(sPhotograph);
+    file->readMetadata();
+    Exiv2::Blob tags;
+    Exiv2::ExifParser::encode(tags, Exiv2::littleEndian, file->exifData());
+    return {tags.begin(), tags.end()};
+}
+
 std::vector<Bytes> Photographs()
 {
     const Tests::TempFolder folder;
@@ -53,7 +139,16 @@ std::vector<Bytes> Photographs()
     Exiv2::ExifThumb(file->exifData())
         .setJpegThumbnail(small.data(), static_cast<long>(small.size()), {72, 1}, {72, 1}, 2);
     file->writeMetadata();
-    return {Tests::ReadBytes(folder.File("plain.jpg")), Tests::ReadBytes(folder.File("thumbnail.jpg"))};
+    std::vector<Bytes> vSeeds = OtherMetadata(ExifOf(folder.File("plain.jpg")));
+    for (const char* szName : {"plain.jpg", "thumbnail.jpg"})
+        vSeeds.push_back(Tests::ReadBytes(folder.File(szName)));
+    // Without exposures, but each has a reader of its own.
+    for (const Tests::SamplePicture& picture : Tests::SamplePictures())
+        for (const char* szName :
+             {"picture.png", "none.tif", "big-endian.tif", "picture.gif", "picture.bmp", "picture.tga"})
+            if (picture.sName == szName)
+                vSeeds.push_back(picture.bytes);
+    return vSeeds;
 }
 
 std::vector<Bytes> Messages()
