@@ -111,7 +111,8 @@ constexpr std::uint64_t MOST_PACKED_BYTES = std::uint64_t{2} << 20;
 bool NeedsWatching(int nFile, PictureFormat format, std::uint64_t nPixels, std::uint64_t nFileBytes)
 {
     const int nMostScans = MostScans(nPixels);
-    return format == PictureFormat::Other || Scans(nFile, format, nMostScans) > nMostScans ||
+    return format == PictureFormat::Other || IsOversized(nFile, format) ||
+           Scans(nFile, format, nMostScans) > nMostScans ||
            (format == PictureFormat::Png && nFileBytes > MOST_PACKED_BYTES) ||
            !HoldsItsChunks(nFile, format) || !HasUsualLayout(nFile, format);
 }
@@ -123,11 +124,13 @@ std::uint64_t FileBytes(int nFile)
     return ::fstat(nFile, &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
 }
 
-/// Time for a picture that is large by itself.
-std::chrono::milliseconds TimeFor(std::uint64_t nFileBytes)
+/// Time for a picture that is large both in pixels and in bytes.
+std::chrono::milliseconds TimeFor(std::uint64_t nPixels, std::uint64_t nFileBytes)
 {
-    constexpr std::uint64_t BYTES_PER_MILLISECOND = 4096; // a fifth of the pace of progressive JPEG
-    return std::chrono::milliseconds(nFileBytes / BYTES_PER_MILLISECOND);
+    // A fifth of the pace of progressive JPEG.
+    constexpr std::uint64_t PIXELS_PER_MILLISECOND = 8192, BYTES_PER_MILLISECOND = 4096;
+    return std::chrono::milliseconds(
+        std::min(nPixels / PIXELS_PER_MILLISECOND, nFileBytes / BYTES_PER_MILLISECOND));
 }
 
 DecodedImage DecodeOpenFile(int nFile, std::chrono::milliseconds timeLimit)
@@ -141,7 +144,7 @@ DecodedImage DecodeOpenFile(int nFile, std::chrono::milliseconds timeLimit)
     const auto decode = [&] { return Decode(nFile, format, log); };
     const std::uint64_t nFileBytes = FileBytes(nFile);
     return NeedsWatching(nFile, format, nPixels, nFileBytes)
-               ? DecodeInChild(decode, nFile, timeLimit + TimeFor(nFileBytes))
+               ? DecodeInChild(decode, nFile, timeLimit + TimeFor(nPixels, nFileBytes))
                : decode();
 }
 

@@ -33,12 +33,13 @@ struct DecodedImage {
 /// JPEG, TIFF and PNG are decoded here, every other format in a child process, since the library's other
 /// decoders can crash on damaged files; a crash, or no answer in time, means undecodable. What could take
 /// longer than its size in pixels tells goes there too: a JPEG of many scans or of several huge ones, a PNG
-/// that is cut or holds much data, a TIFF of an unusual layout. A header that asks for more than
-/// MAX_DECODED_PIXELS is undecodable. A JPEG that ends early is decoded, with grey rows for the
+/// that is cut or holds much data, a TIFF of an unusual layout, an oversized file. A header that asks for
+/// more than MAX_DECODED_PIXELS is undecodable. A JPEG that ends early is decoded, with grey rows for the
 /// rest. The picture comes as it is stored: the orientation tag of Exif isn't applied. What the library says
 /// meanwhile doesn't reach the log; it becomes the reason if the decoding fails.
 /// @param sPath      in the file system's bytes; only a regular file is opened
-/// @param timeLimit  how long a child process may take, besides a second for each 4 MB of the file
+/// @param timeLimit  how long a child process may take, besides a second for each 4 MB of a file that has as
+///                   much as 8 megapixels for each
 DecodedImage DecodeImage(const std::string& sPath,
                          std::chrono::milliseconds timeLimit = std::chrono::seconds(10));
 

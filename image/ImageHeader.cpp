@@ -1,6 +1,7 @@
 // What the first bytes of a picture file tell before anything is decoded.
 #include "image/ImageHeader.h"
 
+#include <sys/stat.h>
 #include <tiffio.h>
 #include <unistd.h>
 
@@ -8,6 +9,7 @@
 #include <array>
 #include <cstddef>
 #include <cstring>
+#include <limits>
 #include <memory>
 #include <string_view>
 
@@ -15,12 +17,15 @@ using namespace std::string_view_literals;
 
 namespace {
 
+constexpr off_t WHOLE_FILE = std::numeric_limits<off_t>::max();
+
 /// The bytes of a file in order, whatever its reading position.
 class ByteReader {
 public:
     static constexpr int END = -1;
 
-    explicit ByteReader(int nFile) : m_nFile(nFile) {}
+    /// @param nMost  so far it reads, up to the next 4 KB
+    explicit ByteReader(int nFile, off_t nMost = WHOLE_FILE) : m_nFile(nFile), m_nMost(nMost) {}
 
     int Next()
     {
@@ -55,7 +60,8 @@ public:
 private:
     bool Fill()
     {
-        const ssize_t nRead = ::pread(m_nFile, m_buffer.data(), m_buffer.size(), m_nOffset);
+        const ssize_t nRead =
+            m_nOffset < m_nMost ? ::pread(m_nFile, m_buffer.data(), m_buffer.size(), m_nOffset) : 0;
         m_nNext = 0;
         m_nFilled = nRead > 0 ? static_cast<std::size_t>(nRead) : 0;
         m_nOffset += static_cast<off_t>(m_nFilled);
@@ -63,6 +69,7 @@ private:
     }
 
     int m_nFile;
+    off_t m_nMost;
     off_t m_nOffset = 0; // of the byte behind the buffer
     std::array<unsigned char, 4096> m_buffer{};
     std::size_t m_nNext = 0;
@@ -157,7 +164,7 @@ JpegFrame ReadFrame(ByteReader& bytes)
 
 std::uint64_t JpegPixels(int nFile)
 {
-    ByteReader bytes(nFile);
+    ByteReader bytes(nFile, off_t{64} << 20);
     const JpegFrame frame = ReadFrame(bytes);
     return Product(frame.nWidth, frame.nHeight);
 }
@@ -317,6 +324,13 @@ PictureFormat FormatOf(int nFile)
         if (sHead.starts_with(sSignature))
             return PictureFormat::Tiff;
     return PictureFormat::Other;
+}
+
+bool IsOversized(int nFile, PictureFormat format)
+{
+    constexpr off_t MOST = off_t{128} << 20;
+    struct stat status {};
+    return format != PictureFormat::Tiff && ::fstat(nFile, &status) == 0 && status.st_size > MOST;
 }
 
 std::uint64_t PixelsAsked(int nFile, PictureFormat format)

@@ -8,9 +8,13 @@ enum class PictureFormat { Jpeg, Png, Tiff, Other };
 /// The format of an open file by its signature; the reading position plays no part and stays.
 PictureFormat FormatOf(int nFile);
 
+/// Whether an open file is larger than photographs are: 128 MB. A file of no content may claim any length,
+/// and what goes through it byte by byte takes hours. False for TIFF, whose parts are found by their offsets.
+bool IsOversized(int nFile, PictureFormat format);
+
 /// The number of pixels that the header of an open file asks for: the larger of the picture and of one tile.
-/// 0 where the header doesn't tell, which the format's decoder then finds as well, and for other formats.
-/// Leaves the reading position at the start of the file.
+/// 0 where the header doesn't tell in its first 64 MB, which the format's decoder then finds as well, and for
+/// other formats. Leaves the reading position at the start of the file.
 std::uint64_t PixelsAsked(int nFile, PictureFormat format);
 
 /// How often the decoder of an open JPEG file would go over the whole picture, counted up to nMost + 1. 1 for

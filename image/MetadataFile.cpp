@@ -1,12 +1,16 @@
 // Opens a photograph's metadata, and nothing but a photograph's.
 #include "image/MetadataFile.h"
 
+#include "Util/FileDescriptor.h"
 #include "Util/RegularFile.h"
+#include "image/ImageHeader.h"
 
 #include <exiv2/image.hpp>
 #include <exiv2/matroskavideo.hpp>
 #include <exiv2/quicktimevideo.hpp>
 #include <exiv2/riffvideo.hpp>
+#include <exiv2/xmpsidecar.hpp>
+#include <fcntl.h>
 
 namespace {
 
@@ -17,19 +21,31 @@ std::string PlainFilePath(const std::string& sPath)
     return sPath.starts_with('/') ? sPath : "./" + sPath;
 }
 
-/// Videos are no photographs, and on damaged ones the library's readers may never end.
-bool IsVideo(const Exiv2::Image& image)
+/// Videos are no photographs, and on damaged ones the library's readers may never end. Nor are the texts that
+/// lie beside photographs, which are read as a whole, however long.
+bool IsNoPhotograph(const Exiv2::Image& image)
 {
     constexpr int ASF = 24; // its header doesn't stand alone
     switch (image.imageType()) {
     case Exiv2::ImageType::riff:
     case Exiv2::ImageType::mkv:
     case Exiv2::ImageType::qtime:
+    case Exiv2::ImageType::xmp:
     case ASF:
         return true;
     default:
         return false;
     }
+}
+
+/// Whether the library's reader could go on for minutes, from piece to piece of no content.
+bool MayTakeLong(const std::string& sPath)
+{
+    const LS::Util::FileDescriptor file(::open(sPath.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file.IsOpen())
+        return false; // the library says why
+    const PictureFormat format = FormatOf(file.Get());
+    return IsOversized(file.Get(), format) || !HoldsItsChunks(file.Get(), format);
 }
 
 } // namespace
@@ -38,8 +54,12 @@ std::unique_ptr<Exiv2::Image> OpenMetadata(const std::string& sPath, std::string
 {
     if (!LS::Util::IsRegularFile(sPath, sReason))
         return nullptr;
+    if (MayTakeLong(sPath)) {
+        sReason = "no photograph is so large, or it is cut";
+        return nullptr;
+    }
     std::unique_ptr<Exiv2::Image> pImage(Exiv2::ImageFactory::open(PlainFilePath(sPath)).release());
-    if (!IsVideo(*pImage))
+    if (!IsNoPhotograph(*pImage))
         pImage->readMetadata();
     return pImage;
 }

@@ -42,6 +42,11 @@ protected:
     bool Take(const Bytes& bytes)
     {
         WriteElements(m_sPath, bytes);
+        return TakeFile();
+    }
+
+    bool TakeFile()
+    {
         const auto start = Clock::now();
         const DecodedImage decoded = DecodeImage(m_sPath, CHILDS_TIME);
         EXPECT_NE(DecodeOutcome::Missing, decoded.outcome);
@@ -148,6 +153,36 @@ TEST_F(DamagedPictures, ChunksBeyondTheEndOfTheFileEndInTime)
 TEST_F(DamagedPictures, MoreDataThanPixelsEndInTime)
 {
     ExpectTooLong(PngOfTooMuch(8192));
+}
+
+TEST_F(DamagedPictures, BeginningsWithManyGigabytesOfNothingEndInTime)
+{
+    using namespace std::string_view_literals;
+    const std::string_view heads[] = {
+        "\xFF\xD8"sv,
+        "\xFF\xD8\xFF\xE0\0\4ab"sv,
+        "\xFF\xD8\xFF\xC2\0\x0B\x08\0\x08\0\x08\1\1\x11\0\xFF\xDA\0\x08\1\1\0\0\x3F\0"sv, // in its scan
+        "\x89PNG\r\n\x1A\n\0\0\0\x0DIHDR\0\0\0\x08\0\0\0\x08\x08\2\0\0\0\x4B\x6D\x29\xDC"sv,
+        "II*\0\x08\0\0\0"sv,
+        "BM"sv,
+        "GIF89a"sv,
+        "P6 8 8 255\n"sv,
+        "/* XPM */"sv,
+        "8BPS\0\1"sv,
+        "%!PS-Adobe-3.0 EPSF-3.0\n"sv,
+        "<?xpacket begin='' id='W5M0MpCehiHzreSzNTczkc9d'?>"sv,
+        "\0\0\0\x0CjP  \r\n\x87\n"sv,
+        "\0MRM"sv,
+        "FUJIFILMCCD-RAW "sv,
+        "PGF6"sv,
+        "II\x1A\0\0\0HEAPCCDR"sv,
+    };
+    for (const std::string_view sHead : heads) {
+        SCOPED_TRACE(sHead);
+        WriteText(m_sPath, sHead);
+        fs::resize_file(m_sPath, std::uintmax_t{100} << 30);
+        TakeFile();
+    }
 }
 
 TEST_F(DamagedPictures, TilesLargerThanThePictureEndInTime)
