@@ -3,6 +3,7 @@
 
 #include "tests/support/FailingCalls.h"
 #include "tests/support/FailureRecorder.h"
+#include "tests/support/LogRecorder.h"
 #include "tests/support/ResourceLimit.h"
 #include "tests/support/TempFolder.h"
 
@@ -18,7 +19,6 @@
 
 #include <sys/stat.h>
 #include <wx/init.h>
-#include <wx/log.h>
 
 using namespace LS::Tests;
 namespace fs = std::filesystem;
@@ -27,27 +27,8 @@ namespace {
 
 constexpr const char* NAME = "lsConfigHDR.xml";
 
-/// The library's base, and its log in memory as long as it lives.
-class LogRecorder : public wxLog {
-public:
-    LogRecorder() : m_pPrevious(wxLog::SetActiveTarget(this)) {}
-    LogRecorder(const LogRecorder&) = delete;
-    LogRecorder& operator=(const LogRecorder&) = delete;
-    ~LogRecorder() override { wxLog::SetActiveTarget(m_pPrevious); }
-
-    const std::vector<std::string>& Lines() const { return m_vsLines; }
-
-protected:
-    void DoLogRecord(wxLogLevel, const wxString& message, const wxLogRecordInfo&) override
-    {
-        m_vsLines.push_back(message.utf8_string());
-    }
-
-private:
-    wxInitializer m_library;
-    wxLog* m_pPrevious;
-    std::vector<std::string> m_vsLines;
-};
+/// The library's base, and its log in memory.
+struct LibraryLog : private wxInitializer, LogRecorder {};
 
 std::string Text(const TempFolder& folder)
 {
@@ -106,7 +87,7 @@ std::string FileOf(const Config& config)
 
 TEST(Config, Defaults)
 {
-    const LogRecorder log;
+    const LibraryLog log;
     const Config config;
     EXPECT_EQ(6.0, config.m_version);
     EXPECT_EQ("English (U.S.)", config.m_language);
@@ -147,7 +128,7 @@ TEST(Config, VersionDecidesWhatBecomesOfTheFile)
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         const FailureRecorder failures;
-        const LogRecorder log;
+        const LibraryLog log;
         const TempFolder folder;
         if (c.file)
             WriteText(folder.File(NAME), *c.file);
@@ -168,7 +149,7 @@ TEST(Config, VersionDecidesWhatBecomesOfTheFile)
 
 TEST(Config, MissingAndUnreadableKeysKeepTheDefaults)
 {
-    const LogRecorder log;
+    const LibraryLog log;
     const std::string sDefaults = Members(Config());
     const std::string sPath = Config().m_lastImagePath.utf8_string();
     const struct {
@@ -196,7 +177,7 @@ TEST(Config, MissingAndUnreadableKeysKeepTheDefaults)
 
 TEST(Config, AnyTextSurvivesTheEndOfTheProgram)
 {
-    const LogRecorder log;
+    const LibraryLog log;
     const TempFolder folder;
     const wxString text =
         wxString::FromUTF8("/caf\xC3\xA9/\xE5\x86\x99/\xF0\x9F\x93\xB7/<a b=\"c\">'&#x41;&%s\n/");
@@ -244,7 +225,7 @@ TEST(Config, WhatCannotBeWrittenEndsTheStart)
         const std::string sBefore = TextIfFile(folder);
         const auto names = folder.Names();
         const FailingCall brokenDisk(SystemCall::Fsync, EIO);
-        const LogRecorder log;
+        const LibraryLog log;
         {
             Config config;
             EXPECT_FALSE(config.Load(Wide(folder)));
@@ -259,7 +240,7 @@ TEST(Config, WhatCannotBeWrittenEndsTheStart)
 TEST(Config, FolderIsMadeOneLevelDeep)
 {
     const FailureRecorder failures;
-    const LogRecorder log;
+    const LibraryLog log;
     const TempFolder folder;
     Config config, tooDeep;
     EXPECT_TRUE(config.Load(folder.WideFile("new")));
@@ -271,7 +252,7 @@ TEST(Config, FolderIsMadeOneLevelDeep)
 TEST(Config, FullDiskAtTheEndLeavesTheOldFile)
 {
     const FailureRecorder failures;
-    const LogRecorder log;
+    const LibraryLog log;
     const TempFolder folder;
     std::string sOld;
     {
@@ -299,7 +280,7 @@ TEST(Config, FullDiskAtTheEndLeavesTheOldFile)
 
 TEST(Config, OneInstance)
 {
-    const LogRecorder log;
+    const LibraryLog log;
     const TempFolder folder;
     Config::DestroyInstance();
     Config* const pConfig = Config::Instance();
