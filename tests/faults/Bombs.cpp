@@ -72,7 +72,7 @@ Bytes PngOfTooMuch(int nMegabytes)
 Bytes TiffOfLargeTiles()
 {
     constexpr std::uint32_t TILES = 50'000, TILE_WIDTH = 65'536, TILE_HEIGHT = 16;
-    static_assert(TILE_WIDTH * TILE_HEIGHT == MEGABYTE);
+    static_assert(std::size_t{TILE_WIDTH} * TILE_HEIGHT == MEGABYTE);
     const Bytes zeros(MEGABYTE);
     Bytes tile(MEGABYTE);
     uLongf nPacked = tile.size();
