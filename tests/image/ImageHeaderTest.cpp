@@ -25,6 +25,12 @@ Bytes Joined(std::initializer_list<Bytes> parts)
     return all;
 }
 
+LS::Util::FileDescriptor Opened(const TempFolder& folder, const Bytes& bytes)
+{
+    LS::Tests::WriteElements(folder.File("picture"), bytes);
+    return LS::Util::FileDescriptor(::open(folder.File("picture").c_str(), O_RDONLY | O_CLOEXEC));
+}
+
 const Bytes START = {0xFF, 0xD8};
 const Bytes FRAME = {0xFF, 0xC0, 0, 11, 8, 0x12, 0x34, 0x56, 0x78, 1, 1, 0x11, 0}; // 0x5678 x 0x1234
 
@@ -88,8 +94,7 @@ TEST(ImageHeader, FormatAndPixels)
     const TempFolder folder;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.szName);
-        LS::Tests::WriteElements(folder.File("picture"), c.file);
-        const LS::Util::FileDescriptor file(::open(folder.File("picture").c_str(), O_RDONLY | O_CLOEXEC));
+        const LS::Util::FileDescriptor file = Opened(folder, c.file);
         const PictureFormat format = FormatOf(file.Get());
         EXPECT_EQ(c.format, format);
         EXPECT_EQ(c.nPixels, PixelsAsked(file.Get(), format));
@@ -128,8 +133,7 @@ TEST(ImageHeader, Scans)
     const TempFolder folder;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.szName);
-        LS::Tests::WriteElements(folder.File("picture"), c.file);
-        const LS::Util::FileDescriptor file(::open(folder.File("picture").c_str(), O_RDONLY | O_CLOEXEC));
+        const LS::Util::FileDescriptor file = Opened(folder, c.file);
         EXPECT_EQ(c.nScans, Scans(file.Get(), PictureFormat::Jpeg, MOST));
         EXPECT_EQ(1, Scans(file.Get(), PictureFormat::Png, MOST));
     }
@@ -166,8 +170,7 @@ TEST(ImageHeader, ChunksOfAPng)
     const TempFolder folder;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.szName);
-        LS::Tests::WriteElements(folder.File("picture"), c.file);
-        const LS::Util::FileDescriptor file(::open(folder.File("picture").c_str(), O_RDONLY | O_CLOEXEC));
+        const LS::Util::FileDescriptor file = Opened(folder, c.file);
         EXPECT_EQ(c.bHolds, HoldsItsChunks(file.Get(), PictureFormat::Png));
         EXPECT_TRUE(HoldsItsChunks(file.Get(), PictureFormat::Jpeg)) << "it has none";
     }
@@ -195,8 +198,7 @@ TEST(ImageHeader, LayoutOfATiff)
     const TempFolder folder;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.szName);
-        LS::Tests::WriteElements(folder.File("picture"), c.file);
-        const LS::Util::FileDescriptor file(::open(folder.File("picture").c_str(), O_RDONLY | O_CLOEXEC));
+        const LS::Util::FileDescriptor file = Opened(folder, c.file);
         EXPECT_EQ(c.bUsual, HasUsualLayout(file.Get(), PictureFormat::Tiff));
         EXPECT_TRUE(HasUsualLayout(file.Get(), PictureFormat::Png)) << "that asks about other formats";
         EXPECT_EQ(0, ::lseek(file.Get(), 0, SEEK_CUR)) << "the decoder starts here";
