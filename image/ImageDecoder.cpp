@@ -13,7 +13,6 @@
 
 #include <fcntl.h>
 #include <sys/mman.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -111,17 +110,10 @@ constexpr std::uint64_t MOST_PACKED_BYTES = std::uint64_t{2} << 20;
 bool NeedsWatching(int nFile, PictureFormat format, std::uint64_t nPixels, std::uint64_t nFileBytes)
 {
     const int nMostScans = MostScans(nPixels);
-    return format == PictureFormat::Other || IsOversized(nFile, format) ||
+    return format == PictureFormat::Other || IsOversized(nFileBytes, format) ||
            Scans(nFile, format, nMostScans) > nMostScans ||
            (format == PictureFormat::Png && nFileBytes > MOST_PACKED_BYTES) ||
            !HoldsItsChunks(nFile, format) || !HasUsualLayout(nFile, format);
-}
-
-/// 0 if it can't be told.
-std::uint64_t FileBytes(int nFile)
-{
-    struct stat status {};
-    return ::fstat(nFile, &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
 }
 
 /// Time for a picture that is large both in pixels and in bytes.

@@ -326,11 +326,16 @@ PictureFormat FormatOf(int nFile)
     return PictureFormat::Other;
 }
 
-bool IsOversized(int nFile, PictureFormat format)
+std::uint64_t FileBytes(int nFile)
 {
-    constexpr off_t MOST = off_t{128} << 20;
     struct stat status {};
-    return format != PictureFormat::Tiff && ::fstat(nFile, &status) == 0 && status.st_size > MOST;
+    return ::fstat(nFile, &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
+}
+
+bool IsOversized(std::uint64_t nFileBytes, PictureFormat format)
+{
+    constexpr std::uint64_t MOST = std::uint64_t{128} << 20;
+    return format != PictureFormat::Tiff && nFileBytes > MOST;
 }
 
 std::uint64_t PixelsAsked(int nFile, PictureFormat format)

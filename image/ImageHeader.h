@@ -8,9 +8,12 @@ enum class PictureFormat { Jpeg, Png, Tiff, Other };
 /// The format of an open file by its signature; the reading position plays no part and stays.
 PictureFormat FormatOf(int nFile);
 
-/// Whether an open file is larger than photographs are: 128 MB. A file of no content may claim any length,
+/// The size of an open file; 0 if it can't be told.
+std::uint64_t FileBytes(int nFile);
+
+/// Whether a file is larger than photographs are: 128 MB. A file of no content may claim any length,
 /// and what goes through it byte by byte takes hours. False for TIFF, whose parts are found by their offsets.
-bool IsOversized(int nFile, PictureFormat format);
+bool IsOversized(std::uint64_t nFileBytes, PictureFormat format);
 
 /// The number of pixels that the header of an open file asks for: the larger of the picture and of one tile.
 /// 0 where the header doesn't tell in its first 64 MB, which the format's decoder then finds as well, and for

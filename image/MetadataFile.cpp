@@ -45,7 +45,7 @@ bool MayTakeLong(const std::string& sPath)
     if (!file.IsOpen())
         return false; // the library says why
     const PictureFormat format = FormatOf(file.Get());
-    return IsOversized(file.Get(), format) || !HoldsItsChunks(file.Get(), format);
+    return IsOversized(FileBytes(file.Get()), format) || !HoldsItsChunks(file.Get(), format);
 }
 
 } // namespace
