@@ -2,6 +2,7 @@
 #include "tests/faults/Bombs.h"
 
 #include "tests/image/Pictures.h"
+#include "tests/support/BytePieces.h"
 
 #include <tiffio.h>
 #include <wx/image.h>
@@ -9,6 +10,7 @@
 
 #include <cstddef>
 #include <stdexcept>
+#include <string_view>
 
 namespace LS::Tests {
 
@@ -41,32 +43,22 @@ PackedZeros PackZeros()
     return packed;
 }
 
-void AppendBigEndian(Bytes& bytes, std::size_t nNumber)
-{
-    for (const int nShift : {24, 16, 8, 0})
-        bytes.push_back(static_cast<unsigned char>(nNumber >> nShift));
-}
-
 } // namespace
 
 Bytes PngOfTooMuch(int nMegabytes)
 {
     const PackedZeros packed = PackZeros();
-    Bytes chunk{'I', 'D', 'A', 'T'};
-    chunk.insert(chunk.end(), packed.first.begin(), packed.first.end());
+    Bytes chunk = Joined({BytesOf("IDAT"), packed.first});
     for (int i = 1; i < nMegabytes; ++i)
-        chunk.insert(chunk.end(), packed.next.begin(), packed.next.end());
+        Append(chunk, packed.next);
 
-    Bytes file = Encoded(wxImage(64, 64), wxBITMAP_TYPE_PNG);
-    const std::size_t nChunk = Find(file, {'I', 'D', 'A', 'T'}) - 4,
-                      nEnd = Find(file, {'I', 'E', 'N', 'D'}) - 4;
-    const Bytes end(file.begin() + static_cast<std::ptrdiff_t>(nEnd), file.end());
-    file.resize(nChunk);
-    AppendBigEndian(file, chunk.size() - 4);
-    file.insert(file.end(), chunk.begin(), chunk.end());
-    AppendBigEndian(file, crc32(0, chunk.data(), static_cast<uInt>(chunk.size())));
-    file.insert(file.end(), end.begin(), end.end());
-    return file;
+    const Bytes file = Encoded(wxImage(64, 64), wxBITMAP_TYPE_PNG);
+    const auto place = [&file](std::string_view sName) {
+        return file.begin() + static_cast<std::ptrdiff_t>(Find(file, BytesOf(sName)) - 4);
+    };
+    const auto nCheckSum = crc32(0, chunk.data(), static_cast<uInt>(chunk.size()));
+    return Joined({Bytes(file.begin(), place("IDAT")), BigEndian(chunk.size() - 4), chunk,
+                   BigEndian(nCheckSum), Bytes(place("IEND"), file.end())});
 }
 
 Bytes TiffOfLargeTiles()
@@ -96,16 +88,14 @@ Bytes TiffOfLargeTiles()
         {TIFFTAG_TILEBYTECOUNTS, TILES, LENGTHS},
     };
     Bytes file{'M', 'M', 0, 42, 0, 0, 0, 8, 0, TAGS};
-    for (const auto& tag : tags) {
-        AppendBigEndian(file, tag.nTag << 16 | TIFF_LONG);
-        AppendBigEndian(file, tag.nCount);
-        AppendBigEndian(file, tag.nValue);
-    }
-    AppendBigEndian(file, 0); // no further directory
+    for (const auto& tag : tags)
+        Append(file,
+               Joined({BigEndian(tag.nTag << 16 | TIFF_LONG), BigEndian(tag.nCount), BigEndian(tag.nValue)}));
+    Append(file, BigEndian(0)); // no further directory
     for (const std::size_t nElement : {std::size_t{DATA}, tile.size()})
         for (std::uint32_t i = 0; i < TILES; ++i)
-            AppendBigEndian(file, nElement);
-    file.insert(file.end(), tile.begin(), tile.end());
+            Append(file, BigEndian(nElement));
+    Append(file, tile);
     return file;
 }
 

@@ -2,6 +2,7 @@
 #include "tests/faults/SamplePictures.h"
 
 #include "tests/image/Pictures.h"
+#include "tests/support/BytePieces.h"
 
 #include <wx/imagpng.h>
 #include <wx/mstream.h>
@@ -27,70 +28,29 @@ unsigned char Level(int x, int y)
     return static_cast<unsigned char>(5 * x + 3 * y + x * y % 7);
 }
 
-void Append(Bytes& bytes, std::string_view sText)
-{
-    bytes.insert(bytes.end(), sText.begin(), sText.end());
-}
-
-/// The low byte first.
-void Append32(Bytes& bytes, std::size_t nNumber)
-{
-    for (const int nShift : {0, 8, 16, 24})
-        bytes.push_back(static_cast<unsigned char>(nNumber >> nShift));
-}
-
-void AppendChunk(Bytes& bytes, std::string_view sName, const Bytes& content)
-{
-    Append(bytes, sName);
-    Append32(bytes, content.size());
-    bytes.insert(bytes.end(), content.begin(), content.end());
-    if (content.size() % 2 != 0)
-        bytes.push_back(0);
-}
-
 /// An animated cursor of one frame: a RIFF file around a cursor.
 Bytes AnimatedCursor(const Bytes& cursor)
 {
     Bytes header;
     for (const unsigned nNumber : {36U, 1U, 1U, 0U, 0U, 0U, 0U, 10U, 1U})
-        Append32(header, nNumber);
-    Bytes frames;
-    Append(frames, "fram");
-    AppendChunk(frames, "icon", cursor);
-    Bytes content;
-    Append(content, "ACON");
-    AppendChunk(content, "anih", header);
-    AppendChunk(content, "LIST", frames);
-    Bytes file;
-    AppendChunk(file, "RIFF", content);
-    return file;
+        Append(header, LittleEndian(nNumber));
+    const Bytes frames = Joined({BytesOf("fram"), RiffChunk("icon", cursor)});
+    return RiffChunk("RIFF", Joined({BytesOf("ACON"), RiffChunk("anih", header), RiffChunk("LIST", frames)}));
 }
 
-void AppendBigEndian(Bytes& bytes, std::size_t nNumber)
+/// A chunk of an interleaved bitmap.
+Bytes IffChunk(std::string_view sName, const Bytes& content)
 {
-    for (const int nShift : {24, 16, 8, 0})
-        bytes.push_back(static_cast<unsigned char>(nNumber >> nShift));
-}
-
-void AppendIffChunk(Bytes& bytes, std::string_view sName, const Bytes& content)
-{
-    Append(bytes, sName);
-    AppendBigEndian(bytes, content.size());
-    bytes.insert(bytes.end(), content.begin(), content.end());
+    return Joined({BytesOf(sName), BigEndian(content.size()), content});
 }
 
 /// An interleaved bitmap of one plane and two colours, unpacked.
 Bytes InterleavedBitmap()
 {
     const Bytes header{0, 16, 0, 8, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 1, 1, 0, 16, 0, 8};
-    Bytes content;
-    Append(content, "ILBM");
-    AppendIffChunk(content, "BMHD", header);
-    AppendIffChunk(content, "CMAP", {10, 20, 30, 200, 210, 220});
-    AppendIffChunk(content, "BODY", Bytes(16, 0x5A));
-    Bytes file;
-    AppendIffChunk(file, "FORM", content);
-    return file;
+    return IffChunk(
+        "FORM", Joined({BytesOf("ILBM"), IffChunk("BMHD", header),
+                        IffChunk("CMAP", {10, 20, 30, 200, 210, 220}), IffChunk("BODY", Bytes(16, 0x5A))}));
 }
 
 struct TiffKind {

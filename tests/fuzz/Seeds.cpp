@@ -4,31 +4,26 @@
 #include "app/IpcWire.h"
 #include "tests/cli/Photographs.h"
 #include "tests/faults/SamplePictures.h"
+#include "tests/support/BytePieces.h"
 
 #include <exiv2/exiv2.hpp>
 
-#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <string>
 
-using LS::Tests::Bytes;
+using namespace LS::Tests;
 
 namespace LS::Fuzz {
 
 namespace {
 
-Bytes Of(std::string_view sText)
-{
-    return {sText.begin(), sText.end()};
-}
-
-std::vector<Bytes> Of(std::initializer_list<std::string_view> texts)
+std::vector<Bytes> AllOf(std::initializer_list<std::string_view> texts)
 {
     std::vector<Bytes> vSeeds;
     for (const std::string_view sText : texts)
-        vSeeds.push_back(Of(sText));
+        vSeeds.push_back(BytesOf(sText));
     return vSeeds;
 }
 
@@ -43,77 +38,47 @@ std::vector<Bytes> Pictures()
     return vSeeds;
 }
 
-Bytes BigEndian(std::uint32_t nNumber)
-{
-    Bytes bytes;
-    for (const int nShift : {24, 16, 8, 0})
-        bytes.push_back(static_cast<unsigned char>(nNumber >> nShift));
-    return bytes;
-}
-
-Bytes LittleEndian(std::uint32_t nNumber)
-{
-    Bytes bytes = BigEndian(nNumber);
-    std::reverse(bytes.begin(), bytes.end());
-    return bytes;
-}
-
-Bytes Joined(std::initializer_list<Bytes> parts)
-{
-    Bytes all;
-    for (const Bytes& part : parts)
-        all.insert(all.end(), part.begin(), part.end());
-    return all;
-}
-
-std::uint32_t Size(const Bytes& bytes)
-{
-    return static_cast<std::uint32_t>(bytes.size());
-}
-
 /// Frames of other formats that the metadata library reads, as far as their first tags.
 /// @param exif  a TIFF with tags
 std::vector<Bytes> OtherMetadata(const Bytes& exif)
 {
     const auto box = [](std::string_view sName, const Bytes& content) {
-        return Joined({BigEndian(8 + Size(content)), Of(sName), content});
+        return Joined({BigEndian(8 + content.size()), BytesOf(sName), content});
     };
-    const auto riff = [](std::string_view sName, const Bytes& content) {
-        return Joined({Of(sName), LittleEndian(Size(content)), content, Bytes(content.size() % 2)});
-    };
-    const Bytes webp = Joined({Of("WEBP"), riff("VP8X", {8, 0, 0, 0, 7, 0, 0, 7, 0, 0}),
-                               riff("VP8L", {0x2F, 7, 0xC0, 1, 0, 0}), riff("EXIF", exif)});
-    const Bytes exifUuid = Of("JpgTiffExif->JP2");
+    const Bytes webp = Joined({BytesOf("WEBP"), RiffChunk("VP8X", {8, 0, 0, 0, 7, 0, 0, 7, 0, 0}),
+                               RiffChunk("VP8L", {0x2F, 7, 0xC0, 1, 0, 0}), RiffChunk("EXIF", exif)});
+    const Bytes exifUuid = BytesOf("JpgTiffExif->JP2");
     const Bytes jp2Header = box("ihdr", {0, 0, 0, 8, 0, 0, 0, 8, 0, 3, 7, 7, 0, 0});
-    const Bytes resource = Joined({Of("8BIM"), {4, 0x22, 0, 0}, BigEndian(Size(exif)), exif});
-    const Bytes raw = Joined(
-        {Of("FUJIFILMCCD-RAW 0201FF383501"), Bytes(56), BigEndian(160), BigEndian(Size(exif)), Bytes(68)});
+    const Bytes resource = Joined({BytesOf("8BIM"), {4, 0x22, 0, 0}, BigEndian(exif.size()), exif});
+    const Bytes raw = Joined({BytesOf("FUJIFILMCCD-RAW 0201FF383501"), Bytes(56), BigEndian(160),
+                              BigEndian(exif.size()), Bytes(68)});
     return {
-        riff("RIFF", webp),
+        RiffChunk("RIFF", webp),
         Joined({box("jP  ", {0x0D, 0x0A, 0x87, 0x0A}),
-                box("ftyp", Of(std::string_view("jp2 \0\0\0\0jp2 ", 12))), box("jp2h", jp2Header),
+                box("ftyp", BytesOf(std::string_view("jp2 \0\0\0\0jp2 ", 12))), box("jp2h", jp2Header),
                 box("uuid", Joined({exifUuid, exif})), box("jp2c", {0xFF, 0x4F})}),
-        Joined({Of("8BPS"),
+        Joined({BytesOf("8BPS"),
                 {0, 1, 0, 0, 0, 0, 0, 0, 0, 3},
                 BigEndian(8),
                 BigEndian(8),
                 {0, 8, 0, 3},
                 BigEndian(0),
-                BigEndian(Size(resource)),
+                BigEndian(resource.size()),
                 resource,
                 BigEndian(0)}),
         Joined({raw, exif}),
-        Joined({Of(std::string_view("\0MRM", 4)), BigEndian(Size(exif) + 24),
-                Of(std::string_view("\0PRD", 4)), BigEndian(8), Bytes(8), Of(std::string_view("\0TTW", 4)),
-                BigEndian(Size(exif)), exif}),
-        Joined({Of("PGF6"), LittleEndian(16 + Size(exif)), LittleEndian(8), LittleEndian(8), Bytes(8), exif}),
-        Joined({Of("II\x1A"), Bytes(3), Of("HEAPCCDR"), Bytes(12), exif}),
-        Of("%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 8 8\n%%EndComments\n%%BeginProlog\n%%EndProlog\n"
-           "%begin_xml_code\n<?xpacket begin='' id='W5M0MpCehiHzreSzNTczkc9d'?><x:xmpmeta/>"
-           "<?xpacket end='w'?>\n%end_xml_code\n%%EOF\n"),
-        Of("<?xpacket begin='' id='W5M0MpCehiHzreSzNTczkc9d'?><x:xmpmeta xmlns:x='adobe:ns:meta/'>"
-           "<rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><rdf:Description "
-           "exif:FNumber='8/1' xmlns:exif='http://ns.adobe.com/exif/1.0/'/></rdf:RDF></x:xmpmeta>"),
+        Joined({BytesOf(std::string_view("\0MRM", 4)), BigEndian(exif.size() + 24),
+                BytesOf(std::string_view("\0PRD", 4)), BigEndian(8), Bytes(8),
+                BytesOf(std::string_view("\0TTW", 4)), BigEndian(exif.size()), exif}),
+        Joined({BytesOf("PGF6"), LittleEndian(16 + exif.size()), LittleEndian(8), LittleEndian(8), Bytes(8),
+                exif}),
+        Joined({BytesOf("II\x1A"), Bytes(3), BytesOf("HEAPCCDR"), Bytes(12), exif}),
+        BytesOf("%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 8 8\n%%EndComments\n%%BeginProlog\n%%EndProlog\n"
+                "%begin_xml_code\n<?xpacket begin='' id='W5M0MpCehiHzreSzNTczkc9d'?><x:xmpmeta/>"
+                "<?xpacket end='w'?>\n%end_xml_code\n%%EOF\n"),
+        BytesOf("<?xpacket begin='' id='W5M0MpCehiHzreSzNTczkc9d'?><x:xmpmeta xmlns:x='adobe:ns:meta/'>"
+                "<rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><rdf:Description "
+                "exif:FNumber='8/1' xmlns:exif='http://ns.adobe.com/exif/1.0/'/></rdf:RDF></x:xmpmeta>"),
     };
 }
 
@@ -153,11 +118,11 @@ std::vector<Bytes> Photographs()
 
 std::vector<Bytes> Messages()
 {
-    std::vector<Bytes> vSeeds = Of({"open|/a.jpg|/b.jpg", "|||", ""});
+    std::vector<Bytes> vSeeds = AllOf({"open|/a.jpg|/b.jpg", "|||", ""});
     for (const IpcMessage& message :
          {IpcMessage{IpcCode::Connect, 0, "topic"}, IpcMessage{IpcCode::Execute, 1, "open|/a.jpg"},
           IpcMessage{IpcCode::Disconnect, 0, ""}})
-        vSeeds.push_back(Of(EncodeIpcMessage(message)));
+        vSeeds.push_back(BytesOf(EncodeIpcMessage(message)));
     return vSeeds;
 }
 
@@ -181,18 +146,18 @@ std::vector<Bytes> Seeds(std::string_view sTarget)
     if (sTarget == "FuzzExif")
         return Photographs();
     if (sTarget == "FuzzSettings")
-        return Of({"<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n<LumiStrandBatch Version=\"6\" "
-                   "Language=\"French\">\n"
-                   "<Settings LastImagePath=\"/p\" /><Save ImageType=\"t\" JPEGCompression=\"95\" "
-                   "/></LumiStrandBatch>",
-                   "<a b='&lt;&#65;&#x42;'><!-- c --><![CDATA[d]]>e</a>",
-                   "<!DOCTYPE a [<!ENTITY b 'c'>]><a>&b;</a>"});
+        return AllOf({"<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n<LumiStrandBatch Version=\"6\" "
+                      "Language=\"French\">\n"
+                      "<Settings LastImagePath=\"/p\" /><Save ImageType=\"t\" JPEGCompression=\"95\" "
+                      "/></LumiStrandBatch>",
+                      "<a b='&lt;&#65;&#x42;'><!-- c --><![CDATA[d]]>e</a>",
+                      "<!DOCTYPE a [<!ENTITY b 'c'>]><a>&b;</a>"});
     if (sTarget == "FuzzFileArgument")
         return Messages();
     if (sTarget == "FuzzCurve")
         return {Bytes(3072, 1), Bytes(3071, 2), Bytes(4000, 3), {}};
     if (sTarget == "FuzzNumber")
-        return Of({"1/125", "0.5", "-2,25", "1e-3", "1e999", " 7 ", "nan", "0x1p3", "1/0", "1/2/"});
+        return AllOf({"1/125", "0.5", "-2,25", "1e-3", "1e999", " 7 ", "nan", "0x1p3", "1/0", "1/2/"});
     if (sTarget == "FuzzRgbe")
         return {Radiances(7, 48), Radiances(8, 54), Radiances(255, 768), Radiances(0, 3)};
     return {};

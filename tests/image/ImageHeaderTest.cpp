@@ -3,6 +3,7 @@
 
 #include "Util/FileDescriptor.h"
 #include "tests/image/Pictures.h"
+#include "tests/support/BytePieces.h"
 #include "tests/support/TempFolder.h"
 
 #include <fcntl.h>
@@ -13,17 +14,10 @@
 using LS::Tests::Bytes;
 using LS::Tests::Encoded;
 using LS::Tests::GreyTiff;
+using LS::Tests::Joined;
 using LS::Tests::TempFolder;
 
 namespace {
-
-Bytes Joined(std::initializer_list<Bytes> parts)
-{
-    Bytes all;
-    for (const Bytes& part : parts)
-        all.insert(all.end(), part.begin(), part.end());
-    return all;
-}
 
 LS::Util::FileDescriptor Opened(const TempFolder& folder, const Bytes& bytes)
 {
