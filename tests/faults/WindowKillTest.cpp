@@ -8,12 +8,10 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <filesystem>
 #include <random>
 #include <thread>
 
 using namespace LS::Tests;
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -38,15 +36,6 @@ void GoSomeWay(WindowProgram& program, const std::string& sArgument, unsigned nW
         PressKeys({"alt+e", "Return"});
     else
         PressKeys({"ctrl+q"});
-}
-
-std::vector<std::string> CacheFiles(const WindowProgram& program)
-{
-    std::vector<std::string> vsNames;
-    std::error_code noFolder; // before the first merge
-    for (const auto& entry : fs::directory_iterator(program.File("hdrcache"), noFolder))
-        vsNames.push_back(entry.path().filename());
-    return vsNames;
 }
 
 bool IsReadable(const std::string& sSettings)
@@ -77,7 +66,7 @@ TEST(SuddenEnd, OfTheWindowLeavesTheNextStartAsItWas)
         ASSERT_TRUE(program.StartToMainWindow({sArgument})) << "nobody may be too busy: " << program.Output();
         EXPECT_TRUE(IsReadable(program.File("lsConfigHDR.xml")));
         EXPECT_EQ(vBefore, Contents(vsPhotographs));
-        EXPECT_THAT(CacheFiles(program), testing::IsEmpty()) << "a new series empties the cache";
+        EXPECT_THAT(program.CacheFiles(), testing::IsEmpty()) << "a new series empties the cache";
         PressKeys({"ctrl+q"});
         EXPECT_EQ(0, program.WaitForExit());
         EXPECT_TRUE(program.LocksAndSockets().empty());

@@ -22,9 +22,7 @@ constexpr int FAILED_START = 255;
 void ExpectNothingLeft(const WindowProgram& program)
 {
     EXPECT_THAT(program.LocksAndSockets(), IsEmpty());
-    if (fs::exists(program.File("hdrcache"))) {
-        EXPECT_TRUE(fs::is_empty(program.File("hdrcache")));
-    }
+    EXPECT_THAT(program.CacheFiles(), IsEmpty());
 }
 
 } // namespace
@@ -158,7 +156,7 @@ TEST(Program, MergesByKeysAndAsksBeforeTheResultIsLost)
     PressKeys({"Escape"});
     EXPECT_TRUE(program.IsRunning());
     EXPECT_TRUE(IsOnScreen(FRAME_TITLE));
-    EXPECT_FALSE(fs::is_empty(program.File("hdrcache")));
+    EXPECT_FALSE(program.CacheFiles().empty());
     PressKeys({"ctrl+q"});
     ASSERT_TRUE(WaitForWindow(SPLASH_TITLE));
     PressKeys({"alt+n"});

@@ -1,62 +1,89 @@
 // The window program as a process of its own, in a program folder of its own.
 #pragma once
 
+#include "tests/program/Desktop.h"
 #include "tests/support/TempFolder.h"
 
+#include <map>
 #include <string>
 #include <sys/types.h>
 #include <vector>
 
 namespace LS::Tests {
 
-/// Titles as regular expressions of the tool that drives the windows.
-constexpr const char* SPLASH_TITLE = "^Tolvanic Lumistrand$";
+constexpr const char* SPLASH_TITLE = "^Tolvanic Lumistrand$"; ///< also that of every message box
 constexpr const char* FRAME_TITLE = "^Tolvanic Lumistrand - Create HDR Image$";
 
-/// A copy of the program with its own folder, home and runtime folder. Ends the process when it goes.
+/// A process of the program. It is killed when this object goes.
+class ProgramProcess {
+public:
+    ProgramProcess() = default; ///< none
+    /// @param sOutput  the file that receives both of its streams
+    ProgramProcess(const std::string& sProgram, const std::vector<std::string>& vsArguments,
+                   const std::map<std::string, std::string>& variables, std::string sOutput);
+    ProgramProcess(ProgramProcess&& other) noexcept;
+    ProgramProcess& operator=(ProgramProcess&& other) noexcept;
+    ProgramProcess(const ProgramProcess&) = delete;
+    ProgramProcess& operator=(const ProgramProcess&) = delete;
+    ~ProgramProcess();
+
+    /// @return the exit code, 128 + the signal that ended it, or -1 if it still runs after a while
+    int WaitForExit();
+    bool IsRunning() const;
+    void Signal(int nSignal) const;
+
+    /// Ends it at once, without a chance to do anything.
+    void Kill();
+
+    std::string Output() const; ///< both of its streams
+
+private:
+    pid_t m_nProcess = -1;
+    std::string m_sOutput;
+};
+
+/// A copy of the program with its own folder, home and runtime folder.
 class WindowProgram {
 public:
-    WindowProgram();
-    WindowProgram(const WindowProgram&) = delete;
-    WindowProgram& operator=(const WindowProgram&) = delete;
-    ~WindowProgram();
+    /// @param sFolder  the name of the program's folder
+    explicit WindowProgram(const std::string& sFolder = "program");
 
     const TempFolder& Folder() const { return m_folder; }
-    std::string File(const std::string& sName) const { return m_folder.File("program/" + sName); }
+    std::string File(const std::string& sName) const { return m_folder.File(m_sFolder + "/" + sName); }
+
+    /// Sets an environment variable of all later starts.
+    void Set(const std::string& sVariable, const std::string& sValue) { m_variables[sVariable] = sValue; }
 
     void Start(const std::vector<std::string>& vsArguments = {});
 
     /// Starts it, clicks the splash away and waits for the main window. @return whether that came
     bool StartToMainWindow(const std::vector<std::string>& vsArguments = {});
 
-    /// @return the exit code, 128 + the signal that ended it, or -1 if it still runs after a while
-    int WaitForExit();
-    bool IsRunning();
+    /// One more start of the same program by the same user.
+    ProgramProcess StartAgain(const std::vector<std::string>& vsArguments = {});
 
-    /// Ends it at once, without a chance to do anything.
-    void Kill();
+    // The process of the first start.
+    int WaitForExit() { return m_first.WaitForExit(); }
+    bool IsRunning() const { return m_first.IsRunning(); }
+    void Signal(int nSignal) const { m_first.Signal(nSignal); }
+    void Kill() { m_first.Kill(); }
+    std::string Output() const { return m_first.Output(); }
 
-    std::string Output() const; ///< both of its streams
     std::string Log() const;
     std::vector<std::string> LogLines() const;
+
+    /// What the cache folder holds; nothing if it isn't there.
+    std::vector<std::string> CacheFiles() const;
 
     /// What the single-instance service keeps while the program runs, and leaves only if it crashes.
     std::vector<std::string> LocksAndSockets() const;
 
 private:
     TempFolder m_folder;
-    pid_t m_nProcess = -1;
+    std::string m_sFolder;
+    std::map<std::string, std::string> m_variables;
+    int m_nStarts = 0;
+    ProgramProcess m_first;
 };
-
-/// Waits until a window with such a title is on the screen. @return whether it came
-bool WaitForWindow(const std::string& sTitle);
-bool WaitUntilGone(const std::string& sTitle);
-bool IsOnScreen(const std::string& sTitle);
-
-/// Presses keys such as "ctrl+q", in the window that has the focus.
-void PressKeys(const std::vector<std::string>& vsKeys);
-
-/// Clicks into the middle of a window.
-void ClickWindow(const std::string& sTitle);
 
 } // namespace LS::Tests
