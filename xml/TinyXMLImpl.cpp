@@ -37,13 +37,13 @@ bool Fail(const char* szStep, const std::string& sFile, const std::string& sReas
     return false;
 }
 
-/// A name passes to the library through code page 936, whatever the system's own; what that page can't
-/// express is the empty name, which no file has. The page's bytes are no name here, so the file that is
-/// opened bears the file system's.
+/// A file's own name passes through code page 936, whatever the system's own; what that page can't express is
+/// the empty name, which no file has. The page's bytes are no name here, so the file that is opened bears the
+/// file system's. The folder is the user's and may have any name.
 std::string NarrowName(const std::wstring& fileName)
 {
     const wxCSConv codePage936(wxFONTENCODING_CP936);
-    const wxCharBuffer narrow = codePage936.cWC2MB(fileName.c_str());
+    const wxCharBuffer narrow = codePage936.cWC2MB(Util::FileNameFromPath(fileName).c_str());
     return narrow.length() > 0 ? Util::NarrowPath(fileName) : std::string();
 }
 
