@@ -38,7 +38,7 @@ bool IsMissing(const std::string& sPath)
 
 RegularFile::RegularFile(const char* szStep, const std::string& sPath, int nFlags)
     // Without O_NONBLOCK the open of a pipe waits for its other end; regular files know no such wait.
-    : m_szStep(szStep), m_sPath(sPath), m_file(open(sPath.c_str(), nFlags | O_NONBLOCK | O_CLOEXEC, 0666))
+    : m_szStep(szStep), m_sPath(sPath), m_file(open(sPath.c_str(), nFlags | O_NONBLOCK | O_CLOEXEC, 0600))
 {
     struct stat status = {};
     if (!IsOpen() || fstat(Descriptor(), &status) != 0) {
@@ -77,6 +77,23 @@ bool RegularFile::Read(std::size_t nOffset, void* pData, std::size_t nBytes) con
         pNext += nDone;
         nOffset += nDone;
         nBytes -= nDone;
+    }
+    return true;
+}
+
+bool RegularFile::Write(const void* pData, std::size_t nBytes)
+{
+    const auto* pNext = static_cast<const unsigned char*>(pData);
+    while (nBytes > 0) {
+        const ssize_t nWritten = write(Descriptor(), pNext, nBytes);
+        if (nWritten < 0 && errno == EINTR)
+            continue;
+        if (nWritten < 0) {
+            Log(SystemError());
+            return false;
+        }
+        pNext += nWritten;
+        nBytes -= static_cast<std::size_t>(nWritten);
     }
     return true;
 }

@@ -26,7 +26,7 @@ public:
     /// and not a wait. Failures are logged.
     /// @param szStep  what the file is wanted for, for the log
     /// @param sPath   in the file system's bytes
-    /// @param nFlags  those of open(2); a new file gets mode 0666 less the process's mask
+    /// @param nFlags  those of open(2); a new file is open to its owner only
     RegularFile(const char* szStep, const std::string& sPath, int nFlags);
 
     bool IsOpen() const { return m_file.IsOpen(); }
@@ -42,6 +42,9 @@ public:
     /// would end the program by a signal.
     /// @return false, logged, if they can't all be read
     bool Read(std::size_t nOffset, void* pData, std::size_t nBytes) const;
+
+    /// Writes behind what was written before. @return false, logged, if not everything can be written
+    bool Write(const void* pData, std::size_t nBytes);
 
     /// Gives the descriptor away.
     int Release() { return m_file.Release(); }

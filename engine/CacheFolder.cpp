@@ -2,6 +2,7 @@
 #include "engine/CacheFolder.h"
 
 #include "Util/Assertion.h"
+#include "Util/FailureLog.h"
 #include "Util/Paths.h"
 
 #include <cerrno>
@@ -13,30 +14,42 @@
 #include <string_view>
 #include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 #include <vector>
 
 namespace fs = std::filesystem;
 
 namespace {
 
-struct Redirection {
-    std::optional<std::wstring> sFolder;
+struct State {
+    std::optional<std::wstring> sRedirection;
     bool bUsed = false;
+    bool bOwned = false;
 };
 
 /// Never destroyed: the workspace asks for the folder when the process's static objects go.
-Redirection& CurrentRedirection()
+State& CurrentState()
 {
-    static Redirection& redirection = *new Redirection;
-    return redirection;
+    static State& state = *new State;
+    return state;
 }
 
-constexpr mode_t FOLDER_MODE = 0777; // less the user's mask
+// What is decoded here may be closed to others where it came from.
+constexpr mode_t FOLDER_MODE = 0700;
 
 bool IsFolder(const std::string& sPath)
 {
     struct stat status = {};
     return stat(sPath.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+/// A folder of an earlier version may be open to others. One behind a link is the user's own affair.
+void CloseToOthers(const std::string& sFolder)
+{
+    struct stat status = {};
+    if (lstat(sFolder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == geteuid() &&
+        (status.st_mode & 07777) != FOLDER_MODE && chmod(sFolder.c_str(), FOLDER_MODE) != 0)
+        LS::Util::LogFailure("closing the cache folder to others", sFolder, LS::Util::SystemError());
 }
 
 /// Files only, of names with this ending. @return whether there was any
@@ -62,20 +75,30 @@ bool DeleteFiles(const std::wstring& sFolder, std::string_view sEnding)
 
 std::wstring CacheFolder()
 {
-    Redirection& redirection = CurrentRedirection();
-    redirection.bUsed = true;
-    return LS::Util::JoinPath(redirection.sFolder
-                                  ? *redirection.sFolder
-                                  : LS::Util::JoinPath(LS::Util::ProgramFolder(), L"hdrcache"),
+    State& state = CurrentState();
+    state.bUsed = true;
+    return LS::Util::JoinPath(state.sRedirection ? *state.sRedirection
+                                                 : LS::Util::JoinPath(LS::Util::ProgramFolder(), L"hdrcache"),
                               L"");
 }
 
 void RedirectCacheFolder(const std::wstring& sFolder)
 {
-    Redirection& redirection = CurrentRedirection();
-    LS_ASSERT(!redirection.bUsed);
-    LS_ASSERT(!redirection.sFolder);
-    redirection.sFolder = sFolder;
+    State& state = CurrentState();
+    LS_ASSERT(!state.bUsed);
+    LS_ASSERT(!state.sRedirection);
+    state.sRedirection = sFolder;
+    state.bOwned = true;
+}
+
+void OwnCacheFolder()
+{
+    CurrentState().bOwned = true;
+}
+
+bool OwnsCacheFolder()
+{
+    return CurrentState().bOwned;
 }
 
 bool CreateCacheFolder()
@@ -83,7 +106,10 @@ bool CreateCacheFolder()
     const std::string sFolder = LS::Util::NarrowPath(CacheFolder());
     if (mkdir(sFolder.c_str(), FOLDER_MODE) == 0)
         return true;
-    return errno == EEXIST && (IsFolder(sFolder) || (errno = ENOTDIR, false));
+    if (errno != EEXIST)
+        return false;
+    CloseToOthers(sFolder);
+    return IsFolder(sFolder) || (errno = ENOTDIR, false);
 }
 
 bool DeleteCacheFiles(const std::wstring& sFolder)

@@ -8,10 +8,17 @@
 std::wstring CacheFolder();
 
 /// Sends this process's temporary files to another folder, so that two processes never empty each other's.
-/// At most once, and before the first use of CacheFolder (asserted).
+/// At most once, and before the first use of CacheFolder (asserted). The process owns it then.
 void RedirectCacheFolder(const std::wstring& sFolder);
 
-/// Creates the cache folder if it is missing. @return false if it still isn't there, with errno set
+/// Makes the cache folder this process's own, which empties it when it ends. Of the processes that share the
+/// program's folder only the one that keeps the user's series may do so: another start would take the merged
+/// image from it.
+void OwnCacheFolder();
+bool OwnsCacheFolder();
+
+/// Creates the cache folder if it is missing, and closes it to other users. @return false if it still isn't
+/// there, with errno set
 bool CreateCacheFolder();
 
 /// Deletes every file that matches "*.tmp" in a folder. A file that can't be deleted stays.

@@ -26,7 +26,8 @@ void DropResult(HDRWorkspace& workspace)
 HDRWorkspace::~HDRWorkspace()
 {
     DropResult(*this);
-    DeleteCacheFiles(CacheFolder());
+    if (OwnsCacheFolder())
+        DeleteCacheFiles(CacheFolder());
 }
 
 HDRWorkspace& Workspace()

@@ -8,8 +8,8 @@
 
 /// The one workspace of the engine: empty, or filled by the end of a successful merge.
 ///
-/// It is a static object: it exists before any window and, when it goes, deletes its file, its curves and
-/// what is left in the cache folder.
+/// It is a static object: it exists before any window and, when it goes, deletes its file, its curves and,
+/// where the process owns the cache folder, what is left in that.
 struct HDRWorkspace {
     HDRWorkspace() = default;
     HDRWorkspace(const HDRWorkspace&) = delete;

@@ -12,12 +12,14 @@
 #include "engine/ScaledSize.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstddef>
 #include <cstdio>
-#include <fstream>
 #include <memory>
 #include <utility>
+
+#include <fcntl.h>
+
+using LS::Util::RegularFile;
 
 namespace {
 
@@ -29,14 +31,20 @@ std::size_t Size(std::int32_t nCount)
     return static_cast<std::size_t>(nCount);
 }
 
-/// One row of each source cache file. The streams close when it goes.
+/// One row of each source cache file. The files close when it goes.
 class SourceRows {
 public:
     SourceRows(const std::vector<std::wstring>& vsFiles, std::int32_t nWidth) : m_nRowBytes(4 * Size(nWidth))
     {
         m_vSources.reserve(vsFiles.size()); // the rows must not move once Rows() has seen them
-        for (const std::wstring& sFile : vsFiles)
-            m_bOpen = m_bOpen && Open(LS::Util::NarrowPath(sFile));
+        for (const std::wstring& sFile : vsFiles) {
+            m_vSources.push_back({RegularFile(STEP, LS::Util::NarrowPath(sFile), O_RDONLY),
+                                  std::make_unique_for_overwrite<unsigned char[]>(m_nRowBytes)});
+            m_vRows.push_back(m_vSources.back().row.get());
+            if (!m_vSources.back().file.IsOpen())
+                return;
+        }
+        m_bOpen = true;
     }
 
     bool IsOpen() const { return m_bOpen; }
@@ -44,13 +52,9 @@ public:
     /// Reads the next row of every source. @return false if one is too short
     bool ReadRow()
     {
-        return std::all_of(m_vSources.begin(), m_vSources.end(), [this](Source& source) {
-            errno = 0;
-            source.stream.read(source.row.get(), static_cast<std::streamsize>(m_nRowBytes));
-            if (!source.stream)
-                LS::Util::LogFailure(STEP, source.sPath,
-                                     errno ? LS::Util::SystemError() : "the source cache file is too short");
-            return static_cast<bool>(source.stream);
+        const std::size_t nOffset = m_nRow++ * m_nRowBytes;
+        return std::ranges::all_of(m_vSources, [&](const Source& source) {
+            return source.file.Read(nOffset, source.row.get(), m_nRowBytes);
         });
     }
 
@@ -59,31 +63,13 @@ public:
 
 private:
     struct Source {
-        std::string sPath;
-        std::ifstream stream;
-        std::unique_ptr<char[]> row;
+        RegularFile file;
+        std::unique_ptr<unsigned char[]> row;
     };
 
-    bool Open(const std::string& sPath)
-    {
-        std::string sReason; // a pipe would block
-        if (!LS::Util::IsRegularFile(sPath, sReason)) {
-            LS::Util::LogFailure(STEP, sPath, sReason);
-            return false;
-        }
-        Source source{sPath, std::ifstream(sPath, std::ios::binary),
-                      std::make_unique_for_overwrite<char[]>(m_nRowBytes)};
-        if (!source.stream) {
-            LS::Util::LogFailure(STEP, sPath, LS::Util::SystemError());
-            return false;
-        }
-        m_vRows.push_back(reinterpret_cast<const unsigned char*>(source.row.get()));
-        m_vSources.push_back(std::move(source));
-        return true;
-    }
-
     std::size_t m_nRowBytes;
-    bool m_bOpen = true;
+    std::size_t m_nRow = 0;
+    bool m_bOpen = false;
     std::vector<Source> m_vSources;
     std::vector<const unsigned char*> m_vRows;
 };
@@ -93,42 +79,25 @@ class FloatCacheFile {
 public:
     FloatCacheFile(std::wstring sPath, std::int32_t nWidth)
         : m_sPath(std::move(sPath)), m_nRowBytes(3 * sizeof(float) * Size(nWidth)),
-          m_stream(LS::Util::NarrowPath(m_sPath), std::ios::binary)
+          m_file(STEP, LS::Util::NarrowPath(m_sPath), O_WRONLY | O_CREAT | O_TRUNC)
     {
-        if (!m_stream)
-            Log();
     }
 
-    bool IsOpen() const { return static_cast<bool>(m_stream); }
-
-    bool WriteRow(const float* pfRow)
-    {
-        m_stream.write(reinterpret_cast<const char*>(pfRow), static_cast<std::streamsize>(m_nRowBytes));
-        return m_stream || Discard();
-    }
-
-    bool Close()
-    {
-        m_stream.close();
-        return m_stream || Discard();
-    }
-
+    bool IsOpen() const { return m_file.IsOpen(); }
+    bool WriteRow(const float* pfRow) { return m_file.Write(pfRow, m_nRowBytes) || Discard(); }
+    bool Close() { return m_file.Close() || Discard(); }
     const std::wstring& Path() const { return m_sPath; }
 
 private:
-    void Log() const { LS::Util::LogFailure(STEP, LS::Util::NarrowPath(m_sPath), LS::Util::SystemError()); }
-
-    bool Discard()
+    bool Discard() const
     {
-        Log();
-        m_stream.close();
-        std::remove(LS::Util::NarrowPath(m_sPath).c_str());
+        std::remove(m_file.Path().c_str());
         return false;
     }
 
     std::wstring m_sPath;
     std::size_t m_nRowBytes;
-    std::ofstream m_stream;
+    RegularFile m_file;
 };
 
 /// The scaled-down copy: plain decimation of the merged rows.

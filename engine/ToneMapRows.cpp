@@ -12,14 +12,15 @@
 #include "engine/LuminanceCompression.h"
 #include "engine/ProgbarSetter.h"
 
-#include <cerrno>
 #include <cstddef>
 #include <cstdio>
-#include <fstream>
 #include <span>
 #include <vector>
 
+#include <fcntl.h>
+
 using LS::Util::PixelBuffer;
+using LS::Util::RegularFile;
 
 namespace {
 
@@ -28,92 +29,31 @@ std::size_t Size(std::int32_t nCount)
     return static_cast<std::size_t>(nCount);
 }
 
-void LogFileFailure(const std::string& sPath, const char* szOtherwise = nullptr)
-{
-    LS::Util::LogFailure("tone map", sPath,
-                         errno == 0 && szOtherwise ? szOtherwise : LS::Util::SystemError());
-}
-
-/// False, which is logged, for anything else: the open of a pipe would wait for its other end.
-bool IsRegularFile(const std::string& sPath)
-{
-    std::string sReason;
-    if (LS::Util::IsRegularFile(sPath, sReason))
-        return true;
-    LS::Util::LogFailure("tone map", sPath, sReason);
-    return false;
-}
+constexpr const char* STEP = "tone map";
 
 /// Rows of a headerless file of floats, from its first to its last. Failures are logged.
 class FloatRowReader {
 public:
     FloatRowReader(const std::wstring& sFile, std::size_t nRowFloats)
-        : m_sPath(LS::Util::NarrowPath(sFile)), m_vfRow(nRowFloats)
+        : m_file(STEP, LS::Util::NarrowPath(sFile), O_RDONLY), m_vfRow(nRowFloats)
     {
-        if (!IsRegularFile(m_sPath))
-            return;
-        m_stream.open(m_sPath, std::ios::binary);
-        if (!IsOpen())
-            LogFileFailure(m_sPath);
     }
 
-    bool IsOpen() const { return m_stream.is_open(); }
+    bool IsOpen() const { return m_file.IsOpen(); }
 
     bool ReadRow()
     {
-        errno = 0;
-        m_stream.read(reinterpret_cast<char*>(m_vfRow.data()),
-                      static_cast<std::streamsize>(m_vfRow.size() * sizeof(float)));
-        if (!m_stream)
-            LogFileFailure(m_sPath, "the file is too short");
-        return static_cast<bool>(m_stream);
+        const std::size_t nBytes = m_vfRow.size() * sizeof(float);
+        return m_file.Read(m_nRow++ * nBytes, m_vfRow.data(), nBytes);
     }
 
     /// The latest row; the reader of it may change it.
     float* Row() { return m_vfRow.data(); }
 
 private:
-    std::string m_sPath;
-    std::ifstream m_stream;
+    RegularFile m_file;
+    std::size_t m_nRow = 0;
     std::vector<float> m_vfRow;
-};
-
-/// The other direction. Failures are logged, and the file stays.
-class FloatRowWriter {
-public:
-    explicit FloatRowWriter(const std::wstring& sFile) : m_sPath(LS::Util::NarrowPath(sFile))
-    {
-        if (!LS::Util::IsMissing(m_sPath) && !IsRegularFile(m_sPath))
-            return;
-        m_stream.open(m_sPath, std::ios::binary);
-        Checked();
-    }
-
-    bool IsOpen() const { return m_stream.is_open(); }
-
-    bool WriteRow(std::span<const float> vfRow)
-    {
-        m_stream.write(reinterpret_cast<const char*>(vfRow.data()),
-                       static_cast<std::streamsize>(vfRow.size_bytes()));
-        return Checked();
-    }
-
-    bool Close()
-    {
-        m_stream.close();
-        return Checked();
-    }
-
-private:
-    bool Checked() const
-    {
-        if (!m_stream)
-            LogFileFailure(m_sPath);
-        return static_cast<bool>(m_stream);
-    }
-
-    std::string m_sPath;
-    std::ofstream m_stream;
 };
 
 /// @return false once the user asked to stop
@@ -145,7 +85,7 @@ void DeleteFile(const std::wstring& sFile)
 {
     const std::string sPath = LS::Util::NarrowPath(sFile);
     if (std::remove(sPath.c_str()) != 0)
-        LogFileFailure(sPath);
+        LS::Util::LogFailure(STEP, sPath, LS::Util::SystemError());
 }
 
 } // namespace
@@ -178,7 +118,7 @@ LS::Util::LargeBuffer<float> SplitLuminance(float* pfLogAverage, const std::wstr
     FloatRowReader cache(sFile, 3 * Size(nWidth));
     if (!cache.IsOpen())
         return nullptr;
-    FloatRowWriter chroma(sXYFile);
+    RegularFile chroma(STEP, LS::Util::NarrowPath(sXYFile), O_WRONLY | O_CREAT | O_TRUNC);
     if (!chroma.IsOpen())
         return nullptr;
 
@@ -192,7 +132,7 @@ LS::Util::LargeBuffer<float> SplitLuminance(float* pfLogAverage, const std::wstr
             return nullptr;
         RowToYxy(cache.Row(), nWidth, &fSumLog, &fMax);
         SplitRow(cache.Row(), nWidth, pfY, vfXY.data());
-        if (!chroma.WriteRow(vfXY))
+        if (!chroma.Write(vfXY.data(), vfXY.size() * sizeof(float)))
             return nullptr;
         if (!ReportRow(pProgress, y, nHeight))
             return nullptr;
