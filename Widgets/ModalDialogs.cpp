@@ -1,5 +1,5 @@
 // Two looks: what the hook saw, and the list of windows for dialogs that were up before it.
-#include "app/ModalDialogs.h"
+#include "Widgets/ModalDialogs.h"
 
 #include <wx/dialog.h>
 

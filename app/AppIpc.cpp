@@ -46,12 +46,7 @@ bool CAppServer::Create(const wxString& service)
 
 wxConnectionBase* CAppServer::OnAcceptConnection(const wxString& topic)
 {
-    return topic.Lower() == IPC_TOPIC && IsReady() ? new CAppConnection(*this) : nullptr;
-}
-
-bool CAppServer::IsReady() const
-{
-    return !m_modalDialogs.IsAnyUp() && !m_target.IsBusy();
+    return topic.Lower() == IPC_TOPIC && !m_target.IsBusy() ? new CAppConnection(*this) : nullptr;
 }
 
 wxConnectionBase* CAppClient::MakeConnection(const wxString&, const wxString& service, const wxString& topic)
@@ -99,7 +94,7 @@ bool CAppConnection::OnExecute(const wxString&, const void* data, size_t size, w
 {
     auto* frame = dynamic_cast<wxFrame*>(wxTheApp->GetTopWindow());
     const std::optional<wxString> text = TextOfIpcData(data, size, format);
-    if (!frame || !text || !m_server || !m_server->IsReady())
+    if (!frame || !text || !m_server || m_server->Target().IsBusy())
         return true;
     BringToFront(*frame);
     if (const wxArrayString paths = PathsOfFileArgument(*text); !paths.empty())

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "Util/FileDescriptor.h"
-#include "app/ModalDialogs.h"
 #include "app/SecondStartTarget.h"
 
 #include <wx/ipc.h>
@@ -34,18 +33,13 @@ public:
     /// @return false, with the reason in the log, if that can't be
     bool Create(const wxString& service) override;
 
-    /// A new connection, or null to refuse: another topic, whatever its case, an open modal dialog, a job
-    /// that runs.
+    /// A new connection, or null to refuse: another topic, whatever its case, or a busy program.
     wxConnectionBase* OnAcceptConnection(const wxString& topic) override;
-
-    /// Whether files may come just now.
-    bool IsReady() const;
 
     SecondStartTarget& Target() const { return m_target; }
 
 private:
     SecondStartTarget& m_target;
-    ModalDialogs m_modalDialogs;
     std::unique_ptr<IpcListener> m_listener;
 };
 
@@ -81,7 +75,7 @@ public:
     void Attach(LS::Util::FileDescriptor socket, std::chrono::milliseconds wait);
 
     /// Brings the program's frame to the front and hands the paths of the file argument in the data to the
-    /// program. Does nothing while a job or a modal dialog runs, and for data that is no text. @return true
+    /// program. Does nothing while that is busy, and for data that is no text. @return true
     bool OnExecute(const wxString& topic, const void* data, size_t size, wxIPCFormat format) override;
 
     bool Disconnect() override;

@@ -1,4 +1,4 @@
-// Looks at the lock file the way the checker's lock itself works: by the record lock of its holder.
+// Locks of open files, which the kernel drops with their process.
 #include "app/InstanceLock.h"
 
 #include "Util/FailureLog.h"
@@ -21,51 +21,79 @@ using std::chrono::steady_clock;
 
 namespace {
 
-constexpr const char* STEP = "looking at the instance's lock";
-constexpr mode_t LOCK_MODE = S_IRUSR | S_IWUSR; // the checker takes no other
+constexpr const char* STEP = "locking the instance";
+constexpr mode_t LOCK_MODE = S_IRUSR | S_IWUSR;
 constexpr std::chrono::milliseconds RETRY{10};
 
-std::string LockPath()
+/// Readies what lies at the lock's path: a link goes, and permissions that keep us out are set right.
+/// @return false, logged, if it is no file of the program
+bool PrepareFile(const std::string& sPath)
 {
-    return LS::Util::NarrowPath(wxGetHomeDir().ToStdWstring()) + "/" + InstanceLockName().utf8_string();
+    struct stat info;
+    if (lstat(sPath.c_str(), &info) != 0)
+        return true; // usually since there is nothing yet; else the open says why
+    const bool bLink = S_ISLNK(info.st_mode);
+    if (info.st_uid != geteuid() || (!bLink && !S_ISREG(info.st_mode))) {
+        LogFailure(STEP, sPath, "this is no file of the program");
+        return false;
+    }
+    if (bLink)
+        unlink(sPath.c_str());
+    else if ((info.st_mode & 07777) != LOCK_MODE)
+        chmod(sPath.c_str(), LOCK_MODE);
+    return true;
 }
 
-/// The kernel drops a lock with its process, so a process id that was given away again can't mislead.
-bool IsHeld(const std::string& sPath)
+/// Whether the path still leads to an open file: its last holder may have removed it since it was opened.
+bool LeadsTo(const std::string& sPath, const FileDescriptor& file)
 {
-    const FileDescriptor file(open(sPath.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-    struct flock lock {};
-    lock.l_type = F_WRLCK;
-    lock.l_whence = SEEK_SET;
-    return !file.IsOpen() || fcntl(file.Get(), F_GETLK, &lock) != 0 || lock.l_type != F_UNLCK;
+    struct stat opened, named;
+    return fstat(file.Get(), &opened) == 0 && lstat(sPath.c_str(), &named) == 0 &&
+           opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
 }
 
 } // namespace
 
-wxString InstanceLockName()
+wxString InstanceLock::Name()
 {
     return wxString::Format("LumiStrandHDR-%s", wxGetUserId());
 }
 
-void PrepareInstanceLock()
+InstanceLock::InstanceLock()
+    : m_sPath(LS::Util::NarrowPath(wxGetHomeDir().ToStdWstring()) + "/" + Name().utf8_string())
 {
-    const std::string sPath = LockPath();
-    struct stat info;
-    if (lstat(sPath.c_str(), &info) != 0) {
-        if (errno != ENOENT)
-            LogFailure(STEP, sPath, SystemError());
+    if (!PrepareFile(m_sPath))
         return;
+    while (!TryToLock()) {
     }
-    // The checker makes no links and can't lock through one.
-    const bool bLink = S_ISLNK(info.st_mode);
-    if (info.st_uid != geteuid() || (!bLink && !S_ISREG(info.st_mode))) {
-        LogFailure(STEP, sPath, "this is no file of the program");
-        return;
+}
+
+/// @return false if another process removed the file meanwhile, so that there is a new one to try
+bool InstanceLock::TryToLock()
+{
+    FileDescriptor file(
+        open(m_sPath.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, LOCK_MODE));
+    if (!file.IsOpen()) {
+        LogFailure(STEP, m_sPath, SystemError());
+        return true;
     }
-    if (!bLink && (info.st_mode & 07777) != LOCK_MODE && chmod(sPath.c_str(), LOCK_MODE) != 0)
-        LogFailure(STEP, sPath, SystemError());
-    if ((bLink || !IsHeld(sPath)) && unlink(sPath.c_str()) != 0)
-        LogFailure(STEP, sPath, SystemError());
+    if (flock(file.Get(), LOCK_EX | LOCK_NB) != 0) {
+        m_bOther = errno == EWOULDBLOCK;
+        if (!m_bOther)
+            LogFailure(STEP, m_sPath, SystemError());
+        return true;
+    }
+    if (!LeadsTo(m_sPath, file))
+        return false;
+    m_file = std::move(file);
+    return true;
+}
+
+InstanceLock::~InstanceLock()
+{
+    // While it is locked: after that it may be the next one's.
+    if (m_file.IsOpen() && LeadsTo(m_sPath, m_file))
+        unlink(m_sPath.c_str());
 }
 
 StartGuard::StartGuard(const std::string& sFile, std::chrono::milliseconds wait)

@@ -8,18 +8,35 @@
 #include <chrono>
 #include <string>
 
-/// The name that wxSingleInstanceChecker is given: "LumiStrandHDR-" and the user's id. It makes a file of
-/// that name in the home folder, writes its process id into it and holds it locked.
-wxString InstanceLockName();
+/// The lock of the first instance: a file in the home folder, which its holder keeps locked and removes at
+/// its end. What a dead process left there is nobody's, whatever process id it was.
+///
+/// It is a lock of the open file, not of the process: a record lock would be gone as soon as the process, a
+/// file dialog in it say, opens and closes the same file.
+class InstanceLock {
+public:
+    /// The name of the file: "LumiStrandHDR-" and the user's id.
+    static wxString Name();
 
-/// Readies the lock file for the checker: removes one that nobody holds, whatever process id it names, and
-/// takes wrong permissions off one that is ours. What can't be mended stays, with a line in the log; the
-/// checker then fails and takes nobody for running. To be called while this process holds no lock itself,
-/// since a look at the file would give it up.
-void PrepareInstanceLock();
+    /// Takes the lock unless another process holds it. Where it is out of reach, as in a home that can't be
+    /// written, the reason is in the log and nobody is taken for running.
+    InstanceLock();
+    InstanceLock(const InstanceLock&) = delete;
+    InstanceLock& operator=(const InstanceLock&) = delete;
+    ~InstanceLock();
 
-/// Keeps two starts from looking at the lock at the same time, since a lock that is just being made looks
-/// abandoned. Goes on without after a while, so that a start that hangs holds up nobody.
+    bool IsAnotherRunning() const { return m_bOther; }
+
+private:
+    bool TryToLock();
+
+    std::string m_sPath;
+    LS::Util::FileDescriptor m_file; ///< open while this process holds the lock
+    bool m_bOther = false;
+};
+
+/// Keeps two starts from looking at lock and socket at the same time, since the socket comes a little after
+/// the lock. Goes on without after a while, so that a start that hangs holds up nobody.
 class StartGuard {
 public:
     /// @param sFile  where all starts meet; made if missing. Empty: no guard

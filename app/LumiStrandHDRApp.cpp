@@ -7,14 +7,19 @@
 #include "Widgets/SashSplitter.h"
 #include "app/AboutSplashWnd.h"
 #include "app/AppIpc.h"
+#include "app/EndRequest.h"
 #include "app/FileArgument.h"
 #include "app/SingleInstance.h"
 #include "engine/CacheFolder.h"
+#include "engine/HDRWorkspace.h"
 #include "frame/LumiStrandHDRFrm.h"
 #include "frame/Messages.h"
 #include "image/ImageCache.h"
 #include "image/ImageDecoder.h"
 #include "xml/Config.h"
+
+#include <csignal>
+#include <utility>
 
 #include <wx/cmdline.h>
 #include <wx/filefn.h>
@@ -24,6 +29,9 @@
 namespace {
 
 constexpr const char* LOG_FILE = "HDRLog.log";
+constexpr int END_RETRY_MS = 50;
+
+bool g_bDone = false;
 
 /// The folder of the executable, where the log goes and where relative paths begin.
 void EnterProgramFolder(const wxString& executable)
@@ -34,9 +42,10 @@ void EnterProgramFolder(const wxString& executable)
         wxSetWorkingDirectory(LS::Util::ProgramFolder());
 }
 
-/// A window manager places a window itself when it appears, and tells its size then for the first time: that
-/// is the moment to centre it.
-void CentreOncePlaced(wxTopLevelWindow& window)
+/// A window manager places a window itself when it appears, and reports its size then for the first time:
+/// that is the moment to centre it.
+/// @param placed  called from the event loop once the window stands there
+void CentreOncePlaced(wxTopLevelWindow& window, const std::function<void()>& placed)
 {
     enum class Placing { Hidden, Shown, Done };
     const auto placing = std::make_shared<Placing>(Placing::Hidden);
@@ -45,10 +54,11 @@ void CentreOncePlaced(wxTopLevelWindow& window)
             *placing = Placing::Shown;
         event.Skip();
     });
-    window.Bind(wxEVT_SIZE, [placing, &window](wxSizeEvent& event) {
+    window.Bind(wxEVT_SIZE, [placing, placed, &window](wxSizeEvent& event) {
         if (*placing == Placing::Shown && window.GetSize().x >= window.GetMinSize().x) {
             *placing = Placing::Done;
             window.Centre(wxBOTH);
+            window.CallAfter(placed);
         }
         event.Skip();
     });
@@ -67,7 +77,12 @@ std::unique_ptr<std::ofstream> OpenLogFile()
 
 } // namespace
 
-LumiStrandHDRApp::LumiStrandHDRApp() = default;
+LumiStrandHDRApp::LumiStrandHDRApp()
+{
+    SetAppDisplayName("Tolvanic Lumistrand"); // on boxes that come up before there is a log
+    m_endTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { EndBySignal(m_nEndSignal); });
+}
+
 LumiStrandHDRApp::~LumiStrandHDRApp() = default;
 
 bool LumiStrandHDRApp::OnInit()
@@ -78,9 +93,20 @@ bool LumiStrandHDRApp::OnInit()
     return false;
 }
 
+bool LumiStrandHDRApp::IsDone()
+{
+    return g_bDone;
+}
+
 bool LumiStrandHDRApp::Start()
 {
-    if (!CheckSingleInstance() || !Config::Instance()->Load())
+    if (ShowHelp() || !CheckSingleInstance())
+        return false;
+    OwnCacheFolder();
+    OnEndingSignals(*this,
+                    [](int nSignal) { dynamic_cast<LumiStrandHDRApp*>(wxTheApp)->EndBySignal(nSignal); });
+    OnLostDisplay([] { dynamic_cast<LumiStrandHDRApp*>(wxTheApp)->TakeDown(); });
+    if (!Config::Instance()->Load())
         return false;
     RegisterImageHandlers();
     EnterProgramFolder(argv[0]);
@@ -100,9 +126,23 @@ bool LumiStrandHDRApp::Start()
 bool LumiStrandHDRApp::CheckSingleInstance()
 {
     InstanceCheck check = ::CheckSingleInstance(argv.GetArguments(), *this);
-    m_instanceChecker = std::move(check.checker);
+    m_instanceChecker = std::move(check.lock);
     m_server = std::move(check.server);
-    return check.bContinue;
+    g_bDone = check.outcome == StartOutcome::HandedOver;
+    return check.outcome == StartOutcome::First;
+}
+
+/// Help is for the process that is asked for it, whether or not another one runs.
+bool LumiStrandHDRApp::ShowHelp()
+{
+    wxCmdLineParser parser(argc, argv);
+    OnInitCmdLine(parser);
+    constexpr int HELP_ASKED = -1;
+    if (parser.Parse(false) != HELP_ASKED)
+        return false;
+    OnCmdLineHelp(parser);
+    g_bDone = true;
+    return true;
 }
 
 void LumiStrandHDRApp::LoadLanguage()
@@ -114,7 +154,7 @@ void LumiStrandHDRApp::LoadLanguage()
 
 bool LumiStrandHDRApp::IsBusy() const
 {
-    return !m_frame || m_frame->IsBusy();
+    return !m_bPlaced || m_frame->IsBusy();
 }
 
 void LumiStrandHDRApp::AddFiles(const wxArrayString& paths)
@@ -166,12 +206,37 @@ void LumiStrandHDRApp::CreateMainWindow()
 void LumiStrandHDRApp::ShowMainWindow()
 {
     m_frame->Centre(wxBOTH);
-    CentreOncePlaced(*m_frame);
+    CentreOncePlaced(*m_frame, [this] {
+        m_bPlaced = true;
+        if (!m_commandLineFiles.empty())
+            m_frame->AddFiles(m_commandLineFiles);
+    });
     m_frame->Show();
     SetTopWindow(m_frame);
 }
 
+/// A job stops first, or comes to its end where it can't be stopped, so that no half file stays. A dialog is
+/// in the way of an ordinary end, so this one doesn't go through the loop.
+void LumiStrandHDRApp::EndBySignal(int nSignal)
+{
+    if (m_frame && m_frame->IsWorking()) {
+        RequestCancel();
+        m_nEndSignal = nSignal;
+        m_endTimer.StartOnce(END_RETRY_MS);
+        return;
+    }
+    TakeDown();
+    std::signal(nSignal, SIG_DFL);
+    std::raise(nSignal);
+}
+
 int LumiStrandHDRApp::OnExit()
+{
+    TakeDown();
+    return 0;
+}
+
+void LumiStrandHDRApp::TakeDown()
 {
     Config::DestroyInstance();
     EmptyCacheFolder();
@@ -180,7 +245,6 @@ int LumiStrandHDRApp::OnExit()
     m_instanceChecker.reset();
     m_server.reset();
     StopLog();
-    return 0;
 }
 
 void LumiStrandHDRApp::OnFatalException()
@@ -206,9 +270,7 @@ bool LumiStrandHDRApp::OnCmdLineParsed(wxCmdLineParser& parser)
         return false;
     if (parser.GetParamCount() == 0)
         return true;
-    const wxArrayString paths = PathsOfFileArgument(argv[argc - 1]);
-    if (!paths.empty())
-        m_frame->AddFiles(paths);
+    m_commandLineFiles = PathsOfFileArgument(argv[argc - 1]);
     return true;
 }
 

@@ -8,7 +8,7 @@ class SecondStartTarget {
 public:
     virtual ~SecondStartTarget() = default;
 
-    /// Whether a job runs that new files must not interrupt.
+    /// Whether new files can't come just now: a job runs, or a dialog waits for an answer.
     virtual bool IsBusy() const = 0;
 
     /// Starts a new series with these paths, of which there is at least one.

@@ -1,7 +1,6 @@
 // The steps of a start up to the point where it is the first instance or over.
 #include "app/SingleInstance.h"
 
-#include "Util/FailureLog.h"
 #include "app/InstanceLock.h"
 #include "app/InstanceSocket.h"
 #include "app/LocalSocket.h"
@@ -15,47 +14,31 @@
 
 namespace {
 
-std::unique_ptr<wxSingleInstanceChecker> LockInstance()
-{
-    const wxLogNull silent; // its messages would come up as boxes before the program is there
-    auto checker = std::make_unique<wxSingleInstanceChecker>();
-    if (!checker->Create(InstanceLockName()))
-        LS::Util::LogFailure("locking the instance", InstanceLockName().utf8_string(), "no lock can be had");
-    return checker;
-}
-
-/// The lock may be out of reach, as in a home that can't be written; the socket then still tells.
-bool IsAnotherRunning(const wxSingleInstanceChecker& checker, const std::string& sSocket)
-{
-    return checker.IsAnotherRunning() || IsListening(sSocket);
-}
-
-InstanceCheck BecomeFirst(std::unique_ptr<wxSingleInstanceChecker> checker, SecondStartTarget& target)
+InstanceCheck BecomeFirst(std::unique_ptr<InstanceLock> lock, SecondStartTarget& target)
 {
     auto server = std::make_unique<CAppServer>(target);
     if (!server->Create(IPC_SERVICE)) {
         wxLogError("Failed to create an IPC service.");
-        return {false, std::move(checker), nullptr};
+        return {};
     }
-    return {true, std::move(checker), std::move(server)};
+    return {StartOutcome::First, std::move(lock), std::move(server)};
 }
 
 void ShowTooBusy()
 {
     wxMessageBox("Sorry, the existing instance may be too busy too respond.\n"
                  "Please close any open dialogs and retry.",
-                 wxGetTranslation("Tolvanic Lumistrand"), wxOK | wxICON_INFORMATION);
+                 wxGetTranslation("Tolvanic Lumistrand"), wxOK | wxICON_INFORMATION | wxSTAY_ON_TOP);
 }
 
 /// One look at lock and socket. @return what the first instance has, or nothing where another one runs
 std::optional<InstanceCheck> TryToBeFirst(const std::string& sSocket, SecondStartTarget& target)
 {
     const StartGuard guard(sSocket.empty() ? sSocket : sSocket + ".start");
-    PrepareInstanceLock();
-    auto checker = LockInstance();
-    if (IsAnotherRunning(*checker, sSocket))
+    auto lock = std::make_unique<InstanceLock>();
+    if (lock->IsAnotherRunning() || IsListening(sSocket)) // the lock may be out of reach
         return std::nullopt;
-    return BecomeFirst(std::move(checker), target);
+    return BecomeFirst(std::move(lock), target);
 }
 
 void HandOver(wxConnectionBase& connection, const wxArrayString& arguments)
@@ -84,9 +67,10 @@ InstanceCheck CheckSingleInstance(const wxArrayString& arguments, SecondStartTar
     if (first)
         return std::move(*first);
 
-    if (connection)
+    if (connection) {
         HandOver(*connection, arguments);
-    else
-        ShowTooBusy();
+        return {StartOutcome::HandedOver, nullptr, nullptr};
+    }
+    ShowTooBusy();
     return {};
 }

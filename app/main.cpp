@@ -6,6 +6,7 @@
 #include "Util/Paths.h"
 
 #include <cstddef>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -26,5 +27,6 @@ int main(int argc, char** argv)
         vsArguments[i] = LS::Util::WidePath(argv[i]);
         vszArguments[i] = vsArguments[i].data();
     }
-    return wxEntry(argc, vszArguments.data());
+    const int nStatus = wxEntry(argc, vszArguments.data());
+    return LumiStrandHDRApp::IsDone() ? EXIT_SUCCESS : nStatus;
 }

@@ -3,6 +3,7 @@
 find_package(PkgConfig REQUIRED)
 find_package(OpenEXR REQUIRED)
 find_package(TIFF REQUIRED)
+find_package(X11 REQUIRED)
 # Its name is fixed, since the solver holds this library to one thread by a call of its own.
 set(BLA_VENDOR OpenBLAS)
 find_package(LAPACK REQUIRED)

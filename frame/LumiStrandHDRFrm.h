@@ -1,6 +1,7 @@
 // The main window: a page with the series, a page with the result, and the commands.
 #pragma once
 
+#include "Widgets/ModalDialogs.h"
 #include "frame/ControlRules.h"
 #include "frame/SourceRecords.h"
 
@@ -58,8 +59,11 @@ public:
     /// Files dropped on the window: a new series where there is none, else more images of this one.
     void TakeDroppedFiles(const wxArrayString& paths);
 
-    /// Whether a job is running, during which no command may start.
-    bool IsBusy() const { return !IsEnabled(); }
+    /// Whether nothing may come from outside: a job runs, or a dialog waits for an answer.
+    bool IsBusy() const { return !IsEnabled() || m_modalDialogs.IsAnyUp(); }
+
+    /// Whether a job is at work, and doesn't wait for an answer.
+    bool IsWorking() const { return !IsEnabled() && !m_modalDialogs.IsAnyUp(); }
 
 private:
     // Building the window.
@@ -129,6 +133,7 @@ private:
     void OnToneSlider(wxScrollEvent& event);
     void OnSave(wxCommandEvent& event);
 
+    ModalDialogs m_modalDialogs;
     wxMenuBar* m_menuBar = nullptr;
     wxToolBar* m_toolBar = nullptr;
     bool m_horzToolbar = true;

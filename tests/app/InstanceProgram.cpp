@@ -1,8 +1,7 @@
 // A program that does nothing but keep itself to one instance, for tests that need several processes.
 // Usage: instance_program STATE [FILE_ARGUMENT]
-// STATE is what the first instance does: idle, iconized, dialog, box, busy, blocked (runs no event loop),
-// ending (as blocked, and over after two seconds).
-// Each line of its output is an event: "first", "ready" or "iconized", "front", "paths P|P", "box ...",
+// STATE is what the first instance does: idle, busy, blocked (runs no event loop), ending (as blocked, and
+// over after two seconds). Each line of its output is an event: "first", "ready", "paths P|P", "box ...",
 // "over".
 #include "app/FileArgument.h"
 #include "app/SingleInstance.h"
@@ -25,7 +24,7 @@ void Say(const wxString& line)
     std::fflush(stdout);
 }
 
-/// Tells of message boxes in place of showing them.
+/// Reports message boxes in place of showing them.
 class BoxReporter : public wxModalDialogHook {
 protected:
     int Enter(wxDialog* dialog) override
@@ -53,8 +52,6 @@ private:
     bool IsBusy() const override { return m_state == "busy"; }
     void AddFiles(const wxArrayString& paths) override { Say("paths " + wxJoin(paths, '|', '\0')); }
 
-    void EnterState();
-
     BoxReporter m_reporter;
     InstanceCheck m_check;
     wxString m_state;
@@ -71,8 +68,9 @@ bool InstanceProgram::OnInit()
     m_reporter.Register();
     m_check = CheckSingleInstance(arguments, *this);
     m_reporter.Unregister();
-    Say(m_check.bContinue ? "first" : "over");
-    if (!m_check.bContinue)
+    const bool bFirst = m_check.outcome == StartOutcome::First;
+    Say(bFirst ? "first" : "over");
+    if (!bFirst)
         return false;
     if (m_state == "blocked") { // with the lock and the socket, but deaf
         wxSleep(3600);
@@ -80,29 +78,14 @@ bool InstanceProgram::OnInit()
     }
     if (m_state == "ending") { // deaf too, and then gone
         wxSleep(2);
-        m_check.checker.reset();
+        m_check.lock.reset();
         return false;
     }
 
     m_frame = new wxFrame(nullptr, wxID_ANY, "First instance");
-    m_frame->Bind(wxEVT_ICONIZE,
-                  [](wxIconizeEvent& event) { Say(event.IsIconized() ? "iconized" : "front"); });
     m_frame->Show();
-    CallAfter(&InstanceProgram::EnterState);
-    return true;
-}
-
-void InstanceProgram::EnterState()
-{
-    if (m_state == "iconized") {
-        m_frame->Iconize(); // its event tells when it is
-        return;
-    }
     CallAfter([] { Say("ready"); });
-    if (m_state == "dialog")
-        wxDialog(m_frame, wxID_ANY, "Dialog").ShowModal();
-    if (m_state == "box")
-        wxMessageBox("Box", "Box", wxOK, m_frame);
+    return true;
 }
 
 } // namespace

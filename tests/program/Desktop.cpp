@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <memory>
 #include <sstream>
+#include <stdexcept>
 #include <thread>
 
 #include <X11/Xlib.h>
@@ -29,9 +30,11 @@ std::string OutputOf(const std::string& sCommand)
     return sOutput;
 }
 
-std::vector<std::string> WindowsWith(const std::string& sTitle)
+/// @param sCondition  that is to hold too, in the tool's words
+std::vector<std::string> WindowsWith(const std::string& sTitle, const std::string& sCondition = "")
 {
-    std::istringstream found(OutputOf("xdotool search --onlyvisible --name '" + sTitle + "'"));
+    std::istringstream found(
+        OutputOf("xdotool search --onlyvisible --all " + sCondition + " --name '" + sTitle + "'"));
     std::vector<std::string> vsWindows;
     for (std::string sWindow; found >> sWindow;)
         vsWindows.push_back(sWindow);
@@ -52,6 +55,12 @@ int ValueOf(const std::string& sOutput, const std::string& sName)
     return nAt == std::string::npos ? 0 : std::atoi(sOutput.c_str() + nAt + sName.size() + 1);
 }
 
+wxRect PlaceOfWindow(const std::string& sWindow)
+{
+    const std::string sPlace = OutputOf("xdotool getwindowgeometry --shell " + sWindow);
+    return {ValueOf(sPlace, "X"), ValueOf(sPlace, "Y"), ValueOf(sPlace, "WIDTH"), ValueOf(sPlace, "HEIGHT")};
+}
+
 wxPoint Middle(const wxRect& rect)
 {
     return rect.GetTopLeft() + rect.GetSize() / 2;
@@ -60,6 +69,14 @@ wxPoint Middle(const wxRect& rect)
 std::string At(wxPoint point)
 {
     return std::to_string(point.x) + " " + std::to_string(point.y);
+}
+
+std::unique_ptr<Display, int (*)(Display*)> OpenDisplay()
+{
+    std::unique_ptr<Display, int (*)(Display*)> display(XOpenDisplay(nullptr), XCloseDisplay);
+    if (!display)
+        throw std::runtime_error("no display");
+    return display;
 }
 
 unsigned char Channel(unsigned long nPixel, unsigned nShift)
@@ -100,17 +117,45 @@ bool WaitUntilActive(const std::string& sTitle)
     });
 }
 
-wxRect PlaceOf(const std::string& sTitle)
+bool Activate(const std::string& sTitle)
 {
-    const std::string sPlace = OutputOf("xdotool getwindowgeometry --shell " + WindowWith(sTitle));
-    return {ValueOf(sPlace, "X"), ValueOf(sPlace, "Y"), ValueOf(sPlace, "WIDTH"), ValueOf(sPlace, "HEIGHT")};
+    OutputOf("xdotool windowactivate " + WindowWith(sTitle));
+    return WaitUntilActive(sTitle);
 }
 
-bool IsOnTop(const std::string& sTitle)
+wxRect PlaceOf(const std::string& sTitle)
 {
-    OutputOf("xdotool mousemove " + At(Middle(PlaceOf(sTitle))));
-    const int nUnderPointer = ValueOf(OutputOf("xdotool getmouselocation --shell"), "WINDOW");
-    return nUnderPointer != 0 && std::to_string(nUnderPointer) == WindowWith(sTitle);
+    return PlaceOfWindow(WindowWith(sTitle));
+}
+
+bool IsOnTop(pid_t nProcess, const std::string& sTitle)
+{
+    const std::string sProcess = std::to_string(nProcess);
+    const std::vector<std::string> vsWindows = WindowsWith(sTitle, "--pid " + sProcess);
+    if (vsWindows.empty())
+        return false;
+    const wxPoint at = Middle(PlaceOfWindow(vsWindows.front()));
+    const auto display = OpenDisplay();
+    const Window wanted = std::stoul(vsWindows.front());
+    Window window = DefaultRootWindow(display.get()); // down to the innermost one
+    while (window != None && window != wanted) {
+        Window child = None;
+        int x = 0, y = 0;
+        XTranslateCoordinates(display.get(), DefaultRootWindow(display.get()), window, at.x, at.y, &x, &y,
+                              &child);
+        window = child;
+    }
+    return window == wanted;
+}
+
+void MoveWindow(const std::string& sTitle, wxPoint to)
+{
+    OutputOf("xdotool windowmove --sync " + WindowWith(sTitle) + " " + At(to));
+}
+
+void Minimize(const std::string& sTitle)
+{
+    OutputOf("xdotool windowminimize " + WindowWith(sTitle));
 }
 
 void PressKeys(const std::vector<std::string>& vsKeys)
@@ -148,6 +193,20 @@ void ClickAt(wxPoint at, int nButton)
     OutputOf("xdotool mousemove " + At(at) + " click " + std::to_string(nButton));
 }
 
+void DragTo(const std::string& sTitle, wxPoint to)
+{
+    const wxPoint from = Middle(PlaceOf(sTitle));
+    // In steps, with time between them: each side answers the other's messages in its own loop.
+    OutputOf("xdotool mousemove " + At(from) + " mousedown 1 sleep 0.1 mousemove " +
+             At(from + wxPoint(20, 20)) + " sleep 0.1 mousemove " + At(to - wxPoint(5, 5)) +
+             " sleep 0.1 mousemove " + At(to) + " sleep 0.1 mouseup 1");
+}
+
+void CutConnection(const std::string& sTitle)
+{
+    OutputOf("xdotool windowkill " + WindowWith(sTitle));
+}
+
 wxImage ScreenPicture()
 {
     return ScreenPicture({});
@@ -155,9 +214,7 @@ wxImage ScreenPicture()
 
 wxImage ScreenPicture(const wxRect& part)
 {
-    const std::unique_ptr<Display, int (*)(Display*)> display(XOpenDisplay(nullptr), XCloseDisplay);
-    if (!display)
-        return {};
+    const auto display = OpenDisplay();
     const int nScreen = DefaultScreen(display.get());
     const wxRect all(0, 0, DisplayWidth(display.get(), nScreen), DisplayHeight(display.get(), nScreen));
     const wxRect shown = part.IsEmpty() ? all : part.Intersect(all);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <sys/types.h>
 #include <vector>
 
 #include <wx/gdicmn.h>
@@ -19,14 +20,20 @@ bool IsOnScreen(const std::string& sTitle);
 /// Waits until such a window is the active one: only then it gets the keys. @return whether it became that
 bool WaitUntilActive(const std::string& sTitle);
 
+/// Makes it that, as a click on its title does.
+bool Activate(const std::string& sTitle);
+
 /// How many windows on the screen have such a title.
 int CountWindows(const std::string& sTitle);
 
 /// Where a window stands on the screen, without its decorations. Empty without such a window.
 wxRect PlaceOf(const std::string& sTitle);
 
-/// Whether nothing covers the middle of a window.
-bool IsOnTop(const std::string& sTitle);
+/// Whether a process shows such a window, and nothing of another process covers its middle.
+bool IsOnTop(pid_t nProcess, const std::string& sTitle);
+
+void MoveWindow(const std::string& sTitle, wxPoint to);
+void Minimize(const std::string& sTitle);
 
 /// Presses keys such as "ctrl+q", in the window that has the focus.
 void PressKeys(const std::vector<std::string>& vsKeys);
@@ -42,6 +49,12 @@ void ClickWindow(const std::string& sTitle);
 
 /// Clicks at a point of the screen. @param nButton  1: left, 4 and 5: a notch of the wheel up and down
 void ClickAt(wxPoint at, int nButton = 1);
+
+/// Takes the display away from the process that shows such a window.
+void CutConnection(const std::string& sTitle);
+
+/// Drags from the middle of a window to a point of the screen, and drops there.
+void DragTo(const std::string& sTitle, wxPoint to);
 
 /// What the screen shows, or a part of it.
 wxImage ScreenPicture();

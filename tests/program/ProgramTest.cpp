@@ -64,13 +64,16 @@ TEST(Program, VersionOptionsStartItAsUsual)
 
 TEST(Program, HelpAndUnknownOptionsShowTheUsageAndEndIt)
 {
-    for (const char* szOption : {"--help", "--no-such-option"}) {
+    for (const char* szOption : {"--help", "-h", "--no-such-option"}) {
         SCOPED_TRACE(szOption);
+        const bool bHelp = szOption != std::string("--no-such-option");
         WindowProgram program;
         program.Start({szOption});
-        ASSERT_TRUE(WaitForWindow(SPLASH_TITLE));
-        ClickWindow(SPLASH_TITLE);
-        EXPECT_EQ(FAILED_START, program.WaitForExit());
+        if (!bHelp) {
+            ASSERT_TRUE(WaitForWindow(SPLASH_TITLE));
+            ClickWindow(SPLASH_TITLE);
+        }
+        EXPECT_EQ(bHelp ? 0 : FAILED_START, program.WaitForExit());
         EXPECT_THAT(program.Output(), HasSubstr("show version information"));
         EXPECT_THAT(program.Output(), HasSubstr("[url(s)...]"));
         ExpectNothingLeft(program);
@@ -107,6 +110,37 @@ TEST(Program, OnlyPathsOfTheLastArgumentAreLoaded)
     }
 }
 
+TEST(Program, AMessageWaitsForTheWindowToStandInItsPlace)
+{
+    WindowProgram program;
+    ASSERT_TRUE(program.StartToMainWindow());
+    const wxRect place = PlaceOf(FRAME_TITLE);
+    PressKeysIn(FRAME_TITLE, {"ctrl+q"});
+    ASSERT_EQ(0, program.WaitForExit());
+
+    ASSERT_TRUE(program.StartToMainWindow({"x|/no/such.jpg"}));
+    ASSERT_TRUE(WaitForWindow(SPLASH_TITLE)) << "the message";
+    EXPECT_EQ(place, PlaceOf(FRAME_TITLE));
+    EXPECT_TRUE(place.Contains(PlaceOf(SPLASH_TITLE)));
+    PressKeysIn(SPLASH_TITLE, {"Return"});
+    ASSERT_TRUE(WaitUntilActive(FRAME_TITLE));
+    EXPECT_EQ(place, PlaceOf(FRAME_TITLE));
+}
+
+TEST(Program, FoldersMayHaveAnyName)
+{
+    for (const char* szName : {"größe", "Фото", "\xf0\x9f\x93\xb7 \xe5\x86\x99\xe7\x9c\x9f"}) {
+        SCOPED_TRACE(szName);
+        WindowProgram program(szName, std::string("home ") + szName);
+        ASSERT_TRUE(program.StartToMainWindow());
+        PressKeysIn(FRAME_TITLE, {"ctrl+q"});
+        EXPECT_EQ(0, program.WaitForExit());
+        EXPECT_EQ("", program.Log());
+        EXPECT_THAT(ReadText(program.File("lsConfigHDR.xml")), HasSubstr(szName));
+        ExpectNothingLeft(program);
+    }
+}
+
 TEST(Program, ALogLineTellsTimeAndLevel)
 {
     WindowProgram program;
@@ -126,7 +160,7 @@ TEST(Program, SettingsThatCannotBeWrittenEndTheStartWithAMessage)
     fs::create_directories(program.File("lsConfigHDR.xml/not empty"));
     WriteText(program.File("HDRLog.log"), "of the last run\n");
     program.Start();
-    ASSERT_TRUE(WaitForWindow(".*[Ee]rror.*"));
+    ASSERT_TRUE(WaitForWindow("^Tolvanic Lumistrand Error$"));
     PressKeys({"Return"});
     EXPECT_EQ(FAILED_START, program.WaitForExit());
     EXPECT_EQ("of the last run\n", program.Log());

@@ -97,14 +97,15 @@ std::string ProgramProcess::Output() const
     return ReadText(m_sOutput);
 }
 
-WindowProgram::WindowProgram(const std::string& sFolder) : m_sFolder(sFolder)
+WindowProgram::WindowProgram(const std::string& sFolder, const std::string& sHome)
+    : m_sFolder(sFolder), m_sHome(sHome)
 {
-    for (const std::string& sName : {sFolder + "/curve", std::string("home"), std::string("runtime")})
+    for (const std::string& sName : {sFolder + "/curve", sHome, std::string("runtime")})
         fs::create_directories(m_folder.File(sName));
     fs::permissions(m_folder.File("runtime"), fs::perms::owner_all);
     fs::copy_file(LS_WINDOW_PROGRAM, File("lumistrand-hdr"));
     WriteText(m_folder.File("leaks"), LeaksOfLibraries());
-    m_variables = {{"HOME", m_folder.File("home")},
+    m_variables = {{"HOME", Home()},
                    {"XDG_RUNTIME_DIR", m_folder.File("runtime")},
                    // The sanitized program reads it.
                    {"LSAN_OPTIONS", "print_suppressions=0:suppressions=" + m_folder.File("leaks")}};
@@ -156,8 +157,8 @@ std::vector<std::string> WindowProgram::CacheFiles() const
 std::vector<std::string> WindowProgram::LocksAndSockets() const
 {
     std::vector<std::string> vsNames;
-    for (const char* szFolder : {"home", "runtime"})
-        for (const auto& entry : fs::directory_iterator(m_folder.File(szFolder)))
+    for (const std::string& sFolder : {Home(), m_folder.File("runtime")})
+        for (const auto& entry : fs::directory_iterator(sFolder))
             if (entry.is_socket() || entry.path().filename().string().starts_with("LumiStrandHDR-"))
                 vsNames.push_back(entry.path().filename());
     return vsNames;

@@ -30,6 +30,7 @@ public:
     /// @return the exit code, 128 + the signal that ended it, or -1 if it still runs after a while
     int WaitForExit();
     bool IsRunning() const;
+    pid_t Id() const { return m_nProcess; }
     void Signal(int nSignal) const;
 
     /// Ends it at once, without a chance to do anything.
@@ -45,10 +46,11 @@ private:
 /// A copy of the program with its own folder, home and runtime folder.
 class WindowProgram {
 public:
-    /// @param sFolder  the name of the program's folder
-    explicit WindowProgram(const std::string& sFolder = "program");
+    /// @param sFolder, sHome  names of the program's folder and of the home
+    explicit WindowProgram(const std::string& sFolder = "program", const std::string& sHome = "home");
 
     const TempFolder& Folder() const { return m_folder; }
+    std::string Home() const { return m_folder.File(m_sHome); }
     std::string File(const std::string& sName) const { return m_folder.File(m_sFolder + "/" + sName); }
 
     /// Sets an environment variable of all later starts.
@@ -65,6 +67,7 @@ public:
     // The process of the first start.
     int WaitForExit() { return m_first.WaitForExit(); }
     bool IsRunning() const { return m_first.IsRunning(); }
+    pid_t Id() const { return m_first.Id(); }
     void Signal(int nSignal) const { m_first.Signal(nSignal); }
     void Kill() { m_first.Kill(); }
     std::string Output() const { return m_first.Output(); }
@@ -80,7 +83,7 @@ public:
 
 private:
     TempFolder m_folder;
-    std::string m_sFolder;
+    std::string m_sFolder, m_sHome;
     std::map<std::string, std::string> m_variables;
     int m_nStarts = 0;
     ProgramProcess m_first;

@@ -1,0 +1,78 @@
+// Files dragged from another program onto the window.
+#include "tests/cli/Photographs.h"
+#include "tests/program/Waiting.h"
+#include "tests/program/WindowProgram.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+
+using namespace LS::Tests;
+
+namespace {
+
+constexpr const char* SOURCE_TITLE = "^Drag source$";
+const std::string DROPPED = "/no/dropped.jpg";
+
+class Drop : public testing::Test {
+protected:
+    Drop() : m_source(LS_DRAG_SOURCE, {DROPPED}, {}, m_program.Folder().File("drag output")) {}
+
+    /// Drags the file into a corner of the main window that small dialogs don't cover.
+    static void DropOnFrame()
+    {
+        ASSERT_TRUE(WaitForWindow(SOURCE_TITLE));
+        DragTo(SOURCE_TITLE, PlaceOf(FRAME_TITLE).GetBottomRight() - wxPoint(30, 30));
+    }
+
+    /// How often the dropped file was taken: each time its metadata is looked for, in vain.
+    std::ptrdiff_t TimesTaken() const
+    {
+        return std::ranges::count_if(m_program.LogLines(), [](const std::string& sLine) {
+            return sLine.find("reading the exposure: " + DROPPED) != std::string::npos;
+        });
+    }
+
+    WindowProgram m_program;
+    ProgramProcess m_source;
+};
+
+} // namespace
+
+TEST_F(Drop, BeginsASeriesAndThenAddsToIt)
+{
+    ASSERT_TRUE(m_program.StartToMainWindow());
+    DropOnFrame();
+    ASSERT_TRUE(WaitForWindow(SPLASH_TITLE)) << "the message that it isn't there: it is the selected one";
+    EXPECT_TRUE(PressKeysIn(SPLASH_TITLE, {"Return"}));
+    EXPECT_EQ(1, TimesTaken()) << m_program.Log();
+    DropOnFrame();
+    EXPECT_TRUE(Becomes([this] { return TimesTaken() == 2; }));
+}
+
+TEST_F(Drop, DoesNothingWhileADialogIsUp)
+{
+    std::string sArgument = "open";
+    for (const std::string& sPath : WriteSeries(m_program.Folder().Path(), 320, 240))
+        sArgument += "|" + sPath;
+    ASSERT_TRUE(m_program.StartToMainWindow({sArgument}));
+    ASSERT_TRUE(PressKeysIn(FRAME_TITLE, {"alt+e", "Return"}));
+    ASSERT_TRUE(Becomes([this] { return m_program.CacheFiles().size() == 4; }));
+    const struct {
+        std::vector<std::string> vsKeys;
+        const char* szTitle;
+    } cases[] = {{{"ctrl+q"}, SPLASH_TITLE}, {{"ctrl+n"}, SPLASH_TITLE}, {{"ctrl+s"}, "^Save Image$"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.szTitle);
+        ASSERT_TRUE(PressKeysIn(FRAME_TITLE, c.vsKeys));
+        ASSERT_TRUE(WaitUntilActive(c.szTitle));
+        if (std::string(c.szTitle) != SPLASH_TITLE)
+            MoveWindow(c.szTitle, {300, 1000});
+        DropOnFrame();
+        ASSERT_TRUE(Activate(c.szTitle)) << "taken for another one's affair, or answered";
+        ASSERT_TRUE(PressKeysIn(c.szTitle, {"Escape"}));
+        ASSERT_TRUE(WaitUntilGone(c.szTitle));
+    }
+    EXPECT_EQ("", m_program.Log());
+}
