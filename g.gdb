@@ -1,12 +1,18 @@
 set pagination off
-break wxWindow::GTKHandleFocusIn
+break *'wxWindow::GTKHandleFocusIn()'
 commands
-bt 4
+printf "IN %p\n", $rdi
 continue
 end
-break wxWindow::GTKHandleFocusOutNoDeferring
+break *'wxWindow::SetFocus()'
 commands
-bt 4
+printf "SETFOCUS %p\n", $rdi
+bt 8
+continue
+end
+break *'wxWindow::GTKHandleFocusOut()'
+commands
+printf "OUT %p\n", $rdi
 continue
 end
 continue

@@ -1,4 +1,8 @@
 // Later starts of the program beside one that holds a merged image, and the sudden ends of that one.
+#include "app/AppIpc.h"
+#include "app/InstanceLock.h"
+#include "app/IpcWire.h"
+#include "app/LocalSocket.h"
 #include "tests/cli/Photographs.h"
 #include "tests/program/Waiting.h"
 #include "tests/program/WindowProgram.h"
@@ -8,11 +12,21 @@
 
 #include <csignal>
 #include <filesystem>
+#include <fstream>
+#include <functional>
 #include <map>
 
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 using namespace LS::Tests;
+using LS::Util::FileDescriptor;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 
 namespace {
@@ -60,6 +74,26 @@ protected:
         return files;
     }
 
+    static void AnswerBox(const std::string& sKey)
+    {
+        ASSERT_TRUE(PressKeysIn(SPLASH_TITLE, {sKey}));
+        ASSERT_TRUE(WaitUntilGone(SPLASH_TITLE));
+    }
+
+    /// The photographs that were added but aren't there.
+    std::vector<std::string> PathsLookedFor() const
+    {
+        std::vector<std::string> vsPaths;
+        for (const std::string& sLine : m_program.LogLines())
+            if (const std::size_t nAt = sLine.find(": reading the exposure: "); nAt != std::string::npos) {
+                const std::string sRest = sLine.substr(nAt + 24);
+                vsPaths.push_back(sRest.substr(0, sRest.rfind(": ")));
+            }
+        return vsPaths;
+    }
+
+    std::string SocketPath() const { return m_program.Folder().File("runtime/LumiStrandHDR.socket"); }
+
     void ExpectNothingLeft() const
     {
         EXPECT_THAT(m_program.LocksAndSockets(), IsEmpty());
@@ -72,6 +106,27 @@ protected:
 fs::perms PermissionsOf(const std::string& sPath)
 {
     return fs::status(sPath).permissions();
+}
+
+std::size_t ResidentPages(pid_t nProcess)
+{
+    std::ifstream file("/proc/" + std::to_string(nProcess) + "/statm");
+    std::size_t nTotal = 0, nResident = 0;
+    file >> nTotal >> nResident;
+    return nResident;
+}
+
+/// What another user gets: 0 if the connection ends without an answer.
+int AnswerToStranger(const std::string& sPath)
+{
+    const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM, 0));
+    sockaddr_un address{AF_UNIX, {}};
+    sPath.copy(address.sun_path, sizeof address.sun_path - 1);
+    if (connect(socket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+        return 1;
+    const auto soon = std::chrono::steady_clock::now() + 5s;
+    SendAll(socket.Get(), EncodeIpcMessage({IpcCode::Connect, 0, IPC_TOPIC}), soon);
+    return ReceiveByte(socket.Get(), soon) ? 2 : 0;
 }
 
 } // namespace
@@ -99,6 +154,124 @@ TEST_F(SecondStart, TakesNothingFromTheFirst)
     EXPECT_TRUE(Becomes([this] { return ReadBytes(m_program.Folder().File("room.exr")).size() > 10'000; }));
 }
 
+TEST_F(SecondStart, HandsItsLastArgumentOver)
+{
+    const std::string sLong = "/" + std::string(100'000, 'p');
+    const struct {
+        std::vector<std::string> vsArguments;
+        std::vector<std::string> vsPaths; ///< which the first one looks for, in vain
+    } cases[] = {
+        {{}, {}},
+        {{"/no/plain.jpg"}, {}},
+        {{"word|"}, {}},
+        {{"x|/no/a.jpg|/no/b.jpg"}, {"/no/a.jpg", "/no/b.jpg"}},
+        {{"x|/no/first.jpg", "|/no/last.jpg"}, {"/no/last.jpg"}},
+        {{"x|/no/\xc3\xa9t\xc3\xa9/\xe5\xb1\xb1.jpg"}, {"/no/\xc3\xa9t\xc3\xa9/\xe5\xb1\xb1.jpg"}},
+        {{"x|" + sLong}, {sLong}},
+    };
+    ASSERT_TRUE(m_program.StartToMainWindow());
+    std::vector<std::string> vsLookedFor;
+    for (const auto& c : cases) {
+        ProgramProcess second = m_program.StartAgain(c.vsArguments);
+        EXPECT_EQ(0, second.WaitForExit());
+        if (!c.vsPaths.empty()) {
+            AnswerBox("Return");
+        }
+        vsLookedFor.insert(vsLookedFor.end(), c.vsPaths.begin(), c.vsPaths.end());
+    }
+    EXPECT_EQ(vsLookedFor, PathsLookedFor());
+}
+
+TEST_F(SecondStart, ManyAtOnceLeaveOne)
+{
+    std::vector<ProgramProcess> vStarts;
+    for (int n = 0; n < 8; ++n)
+        vStarts.push_back(m_program.StartAgain());
+    ASSERT_TRUE(WaitForWindow(FRAME_TITLE));
+    EXPECT_EQ(1, CountWindows(FRAME_TITLE));
+    EXPECT_EQ(7, CountWindows(SPLASH_TITLE)) << "all others find it busy, since its splash is up";
+}
+
+TEST_F(SecondStart, TakesThePlaceOfOneThatEnds)
+{
+    ASSERT_TRUE(m_program.StartToMainWindow());
+    m_program.Signal(SIGSTOP); // holds lock and socket, and is deaf
+    ProgramProcess next = m_program.StartAgain();
+    m_program.Kill();
+    EXPECT_TRUE(WaitForWindow(FRAME_TITLE));
+    EXPECT_TRUE(next.IsRunning());
+}
+
+TEST_F(SecondStart, StrangeBytesHarmNobody)
+{
+    const std::string sConnect = EncodeIpcMessage({IpcCode::Connect, 0, IPC_TOPIC});
+    const std::string sExecute = EncodeIpcMessage({IpcCode::Execute, wxIPC_UTF8TEXT, "x|/no/such.jpg"});
+    ASSERT_TRUE(m_program.StartToMainWindow());
+    const std::size_t nBefore = ResidentPages(m_program.Id());
+    std::vector<FileDescriptor> vOpen; // all stay open, as those of a client that hangs
+    for (const std::string& sBytes :
+         {std::string("GET / HTTP/1.0\r\n\r\n"), sConnect + "\x01\x11\xff\xff\xff\xff",
+          sConnect + sExecute.substr(0, sExecute.size() - 1), sExecute,
+          EncodeIpcMessage({IpcCode::Connect, 0, "other"}) + sExecute, sConnect + sConnect + sExecute}) {
+        vOpen.push_back(ConnectLocal(SocketPath(), std::chrono::steady_clock::now() + 5s));
+        ASSERT_TRUE(vOpen.back().IsOpen());
+        SendAll(vOpen.back().Get(), sBytes, std::chrono::steady_clock::now() + 5s);
+        EXPECT_EQ(0, m_program.StartAgain().WaitForExit());
+    }
+    for (int n = 0; n < 400; ++n) // silent ones lock nobody out
+        vOpen.push_back(ConnectLocal(SocketPath(), std::chrono::steady_clock::now() + 5s));
+    EXPECT_EQ(0, m_program.StartAgain().WaitForExit());
+    EXPECT_THAT(PathsLookedFor(), IsEmpty());
+    EXPECT_LT(ResidentPages(m_program.Id()), nBefore + 5000); // 20 MB, next to lengths of gigabytes
+}
+
+TEST_F(SecondStart, TheSocketIsOfNoUseToOthers)
+{
+    ASSERT_TRUE(m_program.StartToMainWindow());
+    EXPECT_EQ(fs::perms(0600), PermissionsOf(SocketPath()));
+    if (geteuid() != 0)
+        return; // only root can become somebody else
+
+    // Even where permissions let another user in, the connection ends unheard.
+    const std::string sRoot = m_program.Folder().Path();
+    for (const std::string& sOpened : {sRoot, sRoot + "/runtime", SocketPath()})
+        fs::permissions(sOpened, fs::perms::all);
+    const pid_t nOther = fork();
+    if (nOther == 0)
+        _exit(setgid(65534) == 0 && setuid(65534) == 0 ? AnswerToStranger(SocketPath()) : 100);
+    int nStatus = 0;
+    waitpid(nOther, &nStatus, 0);
+    EXPECT_EQ(0, WEXITSTATUS(nStatus));
+}
+
+TEST_F(SecondStart, WhatLiesInPlaceOfTheLockStopsNobody)
+{
+    const std::string sLock = m_program.Home() + "/" + InstanceLock::Name().utf8_string();
+    const std::function<void()> makers[] = {
+        [&] { WriteText(sLock, std::to_string(getpid())); }, // of a dead one, whose process id lives again
+        [&] { WriteText(sLock, ""), fs::permissions(sLock, fs::perms::none); },
+        [&] { fs::create_symlink("/nowhere", sLock); },
+        [&] { mkfifo(sLock.c_str(), 0600); },
+        [&] { fs::permissions(m_program.Home(), fs::perms(0500)); },
+    };
+    for (const auto& make : makers) {
+        make();
+        ASSERT_TRUE(m_program.StartToMainWindow());
+        EXPECT_EQ(0, m_program.StartAgain().WaitForExit());
+        m_program.Kill();
+        fs::remove(sLock);
+    }
+}
+
+TEST_F(SecondStart, NoPlaceForTheSocketEndsTheStart)
+{
+    fs::permissions(m_program.Folder().File("runtime"), fs::perms(0755));
+    WriteText(m_program.Home() + "/.lumistrand-hdr", "a file where the folder should be");
+    m_program.Start();
+    ASSERT_TRUE(PressKeysIn("^Tolvanic Lumistrand Error$", {"Return"}));
+    EXPECT_EQ(REFUSED, m_program.WaitForExit());
+}
+
 TEST_F(SecondStart, ReplacesTheSeriesAndRaisesTheWindow)
 {
     StartMerged();
@@ -109,7 +282,7 @@ TEST_F(SecondStart, ReplacesTheSeriesAndRaisesTheWindow)
     ASSERT_TRUE(WaitForWindow(SPLASH_TITLE)) << "the question whether to save";
     EXPECT_TRUE(IsOnScreen(FRAME_TITLE));
     EXPECT_TRUE(PressKeysIn(SPLASH_TITLE, {"alt+n"}));
-    EXPECT_TRUE(Becomes([this] { return m_program.Log().find("/no/such.jpg") != std::string::npos; }));
+    EXPECT_TRUE(Becomes([this] { return PathsLookedFor() == std::vector<std::string>{"/no/such.jpg"}; }));
 }
 
 TEST_F(SecondStart, FindsTheFirstBusyAndSaysSoOnTop)
