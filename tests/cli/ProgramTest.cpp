@@ -186,19 +186,34 @@ TEST_F(Program, RecoversTheCurve)
     EXPECT_EQ(ReadBytes(m_outputs.File("a.tif")), ReadBytes(m_outputs.File("b.tif")));
 }
 
-TEST_F(Program, RecoveryThatCannotWorkSaysWhy)
+TEST_F(Program, RecoveryThatCannotWorkSaysWhyAndNamesTheLimit)
 {
-    const ProgramRun single = Run({m_vsImages[0], "--curve", "calculate", "-o", "x.exr"});
-    EXPECT_EQ(2, single.code);
-    EXPECT_NE(std::string::npos, single.err.find("two images")) << single.err;
+    Arguments many;
+    for (int i = 0; i < 257; ++i) {
+        many.push_back(m_sources.File("many" + std::to_string(i) + ".jpg"));
+        WritePhotograph(many.back(), {1, std::to_string(i + 1) + "/1000"});
+    }
+    for (const char* szName : {"dark.jpg", "dim.jpg"})
+        WritePhotograph(m_sources.File(szName), {0.01, szName[1] == 'a' ? "1/60" : "1/15", "8/1"});
 
-    // Two grey pictures of one level each span no range.
-    for (const char* szName : {"a.jpg", "b.jpg"})
-        WritePhotograph(m_sources.File(szName), {0.01, szName[0] == 'a' ? "1/60" : "1/15", "8/1"});
-    const ProgramRun flat = Run({m_vsImages[0], m_vsImages[1], "--curve", "calculate", "-o", "x.exr"});
-    EXPECT_EQ(3, flat.code);
-    EXPECT_EQ(1U, Lines(flat.err)) << flat.err;
-    EXPECT_NE(std::string::npos, flat.err.find("range")) << flat.err;
+    const struct {
+        Arguments images;
+        int code;
+        const char* szReason;
+    } cases[] = {
+        {{m_vsImages[0]}, 2, "at least two images"},
+        {many, 2, "at most 256 images"},
+        {{m_sources.File("dark.jpg"), m_sources.File("dim.jpg")}, 3, "a curve needs a range of 50"},
+        {{m_vsImages[1], m_vsImages[2]}, 3, "in red; a curve of 2 images needs 256"},
+    };
+    for (const auto& c : cases) {
+        Arguments arguments = c.images;
+        arguments.insert(arguments.end(), {"--curve", "calculate", "-o", "x.exr"});
+        const ProgramRun run = Run(arguments);
+        EXPECT_EQ(c.code, run.code);
+        EXPECT_EQ(1U, Lines(run.err)) << run.err;
+        EXPECT_NE(std::string::npos, run.err.find(c.szReason)) << run.err;
+    }
     ExpectOnly({});
 }
 
