@@ -3,6 +3,7 @@
 #include "tests/cli/ProgramRun.h"
 #include "tests/support/TempFolder.h"
 
+#include <exiv2/exiv2.hpp>
 #include <gtest/gtest.h>
 #include <tiffio.h>
 #include <wx/image.h>
@@ -125,6 +126,27 @@ TEST_F(Program, MergesInTheOrderOfFileNamesWithListsInTheOrderOfTheCommandLine)
     const std::vector<float> vfWide = TiffFloats(m_outputs.File("wide.tif"));
     for (std::size_t i = 0; i < vfExif.size(); ++i)
         ASSERT_FLOAT_EQ(vfExif[i] / 4, vfWide[i]) << "two stops more light";
+}
+
+TEST_F(Program, TurnedSeriesStandsUpright)
+{
+    ASSERT_EQ(0, Run(Series({"-o", "stored.tif"})).code);
+    for (const std::string& sImage : m_vsImages) {
+        const auto photograph = Exiv2::ImageFactory::open(sImage);
+        photograph->readMetadata();
+        photograph->exifData()["Exif.Image.Orientation"] = std::uint16_t{6};
+        photograph->writeMetadata();
+    }
+    const ProgramRun run = Run(Series({"-o", "upright.tif", "-o", "upright.png"}));
+    ASSERT_EQ(0, run.code) << run.err;
+    EXPECT_EQ(wxSize(24, 32), Picture("upright.png").GetSize());
+    const std::vector<float> vfStored = TiffFloats(m_outputs.File("stored.tif"));
+    const std::vector<float> vfUpright = TiffFloats(m_outputs.File("upright.tif"));
+    ASSERT_EQ(vfStored.size(), vfUpright.size());
+    for (std::size_t n = 0; n < vfStored.size(); ++n) {
+        const std::size_t x = n / 3 % 32, y = n / 3 / 32; // the first row is at the right
+        ASSERT_EQ(vfStored[n], vfUpright[3 * (x * 24 + 23 - y) + n % 3]) << x << ", " << y;
+    }
 }
 
 TEST_F(Program, SavedCurvesMakeTheSameImage)
