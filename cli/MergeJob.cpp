@@ -128,9 +128,7 @@ ExitCode MergeJob::ReadSeries()
 ExitCode MergeJob::ReadCurve()
 {
     if (m_options.curve == CurveSource::Calculate)
-        return m_series.size() > 1
-                   ? ExitCode::Done
-                   : m_console.Fail(ExitCode::Input, "", "--curve calculate needs at least two images");
+        return CheckNumberForCurve();
     if (m_options.curve == CurveSource::Standard)
         return LoadCurves(nullptr, m_curves.Get()) ? ExitCode::Done : ExitCode::Input;
 
@@ -142,6 +140,16 @@ ExitCode MergeJob::ReadCurve()
     for (const float* pCurve : m_curves.Get())
         if (!std::all_of(pCurve, pCurve + CURVE_ENTRIES, [](float f) { return std::isfinite(f); }))
             return m_console.Fail(ExitCode::Input, sPath, "not a curve file: a value is not a finite number");
+    return ExitCode::Done;
+}
+
+ExitCode MergeJob::CheckNumberForCurve()
+{
+    if (m_series.size() < 2)
+        return m_console.Fail(ExitCode::Input, "", "--curve calculate needs at least two images");
+    if (m_series.size() > MOST_RECOVERED_IMAGES)
+        return m_console.Fail(ExitCode::Input, "",
+                              Formatted("--curve calculate takes at most %zu images", MOST_RECOVERED_IMAGES));
     return ExitCode::Done;
 }
 
@@ -328,14 +336,13 @@ void MergeJob::TellSeries()
 
 void MergeJob::TellRecovery(const RecoveryReport& report)
 {
-    constexpr std::array<const char*, CURVE_CHANNELS> aszNames{"red", "green", "blue"};
-    for (std::size_t i = 0; i < aszNames.size(); ++i) {
+    for (std::size_t i = 0; i < CURVE_CHANNELS; ++i) {
         const RecoveryReport::Channel& channel = report.channels[i];
-        m_console.Detail(
-            Formatted("%-5s curve: values %d to %d, %d samples; statistics %.3f s, selection %.3f s, "
-                      "solves %.3f s and %.3f s",
-                      aszNames[i], channel.nLow, channel.nHigh, channel.nSamples, channel.dStatisticsSeconds,
-                      channel.dSelectionSeconds, channel.dFirstSolveSeconds, channel.dSecondSolveSeconds));
+        m_console.Detail(Formatted(
+            "%-5s curve: values %d to %d, %d samples; statistics %.3f s, selection %.3f s, "
+            "solves %.3f s and %.3f s",
+            CHANNEL_NAMES[i], channel.nLow, channel.nHigh, channel.nSamples, channel.dStatisticsSeconds,
+            channel.dSelectionSeconds, channel.dFirstSolveSeconds, channel.dSecondSolveSeconds));
     }
 }
 

@@ -32,6 +32,7 @@ public:
 private:
     ExitCode ReadSeries();
     ExitCode ReadCurve();
+    ExitCode CheckNumberForCurve();
     ExitCode MakeFolder();
     ExitCode ConvertImages();
     ExitCode RecoverCurves();

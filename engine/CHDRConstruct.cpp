@@ -3,6 +3,7 @@
 
 #include "Util/FailureLog.h"
 #include "engine/CurveSystem.h"
+#include "engine/HDRRoutine.h"
 #include "engine/HDRWorkspace.h"
 #include "engine/ProgbarSetter.h"
 #include "engine/RecoveryTables.h"
@@ -42,7 +43,7 @@ double SumOfSquares(const std::array<double, CURVE_ENTRIES>& table)
 /// As many samples as keep the readings at or near 1024, whatever the number of images.
 std::int32_t SamplesOfASolve(std::int32_t nImages)
 {
-    return std::min(4 * (256 / nImages), 256);
+    return std::min(4 * (static_cast<std::int32_t>(MOST_RECOVERED_IMAGES) / nImages), 256);
 }
 
 bool SolveLogged(CurveSystem& system)
@@ -109,8 +110,15 @@ void CHDRConstruct::AddImage(std::unique_ptr<LDRImage> pImage)
 
 bool CHDRConstruct::Construct(ProgbarSetter* pProgress)
 {
-    if (vpImages.size() < 2 || nSamples == 0) {
-        LS::Util::LogFailure(STEP, "", vpImages.size() < 2 ? "fewer than two images" : "too many images");
+    if (vpImages.size() < 2) {
+        LS::Util::LogFailure(STEP, "", "fewer than two images");
+        return false;
+    }
+    if (nSamples == 0) {
+        LS::Util::LogFailure(STEP, "",
+                             std::to_string(vpImages.size()) +
+                                 " images; a curve is calculated from at most " +
+                                 std::to_string(MOST_RECOVERED_IMAGES));
         return false;
     }
     m_report = {};
@@ -159,7 +167,7 @@ bool CHDRConstruct::RecoverChannel(std::int32_t nChannel, float* pfCurve, Progba
         return false;
 
     std::vector<std::size_t> vnSamples;
-    const bool bSelected = SelectSamples(vRecords, vnSamples);
+    const bool bSelected = SelectSamples(vRecords, nChannel, vnSamples);
     report.nSamples = static_cast<std::int32_t>(vnSamples.size());
     report.dSelectionSeconds = watch.Lap();
     if (!bSelected)

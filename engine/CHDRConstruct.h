@@ -58,8 +58,8 @@ public:
     void AddImage(std::unique_ptr<LDRImage> pImage);
 
     /// Solves the three channels.
-    /// @return false after a cancel and where the series doesn't allow it: fewer than two images, too little
-    ///         range, no sample, no solution
+    /// @return false after a cancel and where the series doesn't allow it: fewer than two images or more than
+    ///         256, too little range, too few distinct values, no solution
     bool Construct(ProgbarSetter* pProgress);
 
     /// Red, green, blue; null before a successful Construct.
@@ -141,7 +141,9 @@ private:
 
     double MeasureWorth(std::span<SampleRecord> pRecords, std::span<const float> pfHistogram,
                         std::size_t nRecord) const;
-    bool SelectSamples(std::span<SampleRecord> pRecords, std::vector<std::size_t>& vnSamples) const;
+    bool HasEnoughValues(std::span<const SampleRecord> pRecords, std::int32_t nChannel) const;
+    bool SelectSamples(std::span<SampleRecord> pRecords, std::int32_t nChannel,
+                       std::vector<std::size_t>& vnSamples) const;
     void AddSample(CurveSystem& system, const SampleRecord& record, std::int32_t nSample,
                    const double* pdRadiance) const;
     bool SolveRadiances(std::span<const SampleRecord> pRecords, std::span<const std::size_t> vnSamples,

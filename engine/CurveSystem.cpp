@@ -41,7 +41,8 @@ LogGrid::Position LogGrid::PositionOf(float fValue) const
 
 std::int32_t LogGrid::AnchorNode() const
 {
-    return static_cast<std::int32_t>(std::floor(std::log(static_cast<double>(ANCHOR_VALUES)) / m_fStep));
+    const double dNode = std::floor(std::log(static_cast<double>(ANCHOR_VALUES)) / m_fStep);
+    return static_cast<std::int32_t>(std::min<double>(dNode, LAST_NODE));
 }
 
 float CurveAt(std::span<const double> nodes, const LogGrid::Position& position)

@@ -29,7 +29,7 @@ public:
     /// The position of a value, held to the range. What it has behind the point is cut off.
     Position PositionOf(float fValue) const;
 
-    /// The node at which the curve is 0; above 255 where the range has fewer than 128 values.
+    /// The node at which the curve is 0: that of the 128th value, or the last one where the range has fewer.
     std::int32_t AnchorNode() const;
 
     std::int32_t Low() const { return m_nLow; }

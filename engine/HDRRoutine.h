@@ -7,6 +7,7 @@
 
 #include "engine/ProgbarSetter.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -87,6 +88,9 @@ bool MergeExposures(const std::vector<std::wstring>& vsLDRFiles, std::int32_t nW
                     const std::vector<float>& vfGains, const std::vector<float>& vfNDs,
                     const std::vector<float*>& vafCurves, ProgbarSetter* pProgress, HDRWorkspace* pHDRInfo);
 
+/// A recovery takes at most this many images: with more there is no sample for each.
+constexpr std::size_t MOST_RECOVERED_IMAGES = 256;
+
 /// Recovers the camera's response curves from a series, on copies decimated to 300 rows or up to twice that.
 ///
 /// @param vsLDRFiles  source cache files of 4 bytes a pixel, one per image, in any order
@@ -94,8 +98,9 @@ bool MergeExposures(const std::vector<std::wstring>& vsLDRFiles, std::int32_t nW
 ///                    logarithm, neutral density in natural logarithms
 /// @param vafCurves   receives three new curves, the caller's; nothing after a failure
 /// @param pReport     null, or receives what was found on the way, also after a failure of the solving
-/// @return false for fewer than two images, for images smaller than 10 pixels, a file that can't be read,
-///         an exposure that is not finite, a series whose values span too little, or after a cancel
+/// @return false for fewer than two images or too many, for images smaller than 10 pixels, a file that can't
+///         be read, an exposure that is not finite, a series whose values span too little or are too few, or
+///         after a cancel
 bool CalculateCurves(const std::vector<std::wstring>& vsLDRFiles, std::int32_t nWidth, std::int32_t nHeight,
                      const std::vector<float>& vfShutters, const std::vector<float>& vfStops,
                      const std::vector<float>& vfGains, const std::vector<float>& vfNDs,

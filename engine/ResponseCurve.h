@@ -8,6 +8,7 @@
 
 constexpr std::size_t CURVE_ENTRIES = 256;
 constexpr std::size_t CURVE_CHANNELS = 3; // red, green, blue
+constexpr std::array<const char*, CURVE_CHANNELS> CHANNEL_NAMES = {"red", "green", "blue"};
 
 /// Entry z is the linear radiance, in arbitrary units, that the pixel value z stands for at unit exposure.
 using Curve = std::unique_ptr<float[]>;

@@ -14,10 +14,12 @@
 #include <exception>
 #include <optional>
 #include <stdexcept>
+#include <string>
 #include <utility>
 
 namespace {
 
+constexpr const char* STEP = "recover curves";
 constexpr std::int32_t LEAST_RANGE = 50; // values between which a curve can be told
 constexpr float LARGEST_VALUE = 255.0F;  // rounding can put a mean above it
 constexpr double LEAST_SHARE = 0.00001;  // what a sample adds to a bin with less is nothing
@@ -49,6 +51,11 @@ std::int32_t MovedInward(std::span<const std::int32_t> pnHistogram, std::int32_t
             nBest = i;
     }
     return nBest;
+}
+
+std::string Channel(std::int32_t nChannel)
+{
+    return CHANNEL_NAMES[static_cast<std::size_t>(nChannel)];
 }
 
 bool IsCandidate(const SampleRecord& record)
@@ -248,7 +255,10 @@ bool CHDRConstruct::CollectStatistics(std::span<SampleRecord> pRecords, std::int
         return false;
     Report(pProgress, 100);
     if (nHigh - nLow < LEAST_RANGE) {
-        LS::Util::LogFailure("recover curves", "", "the series has too little range");
+        LS::Util::LogFailure(STEP, "",
+                             "the series has too little range: " + Channel(nChannel) + " from " +
+                                 std::to_string(nLow) + " to " + std::to_string(nHigh) +
+                                 "; a curve needs a range of " + std::to_string(LEAST_RANGE));
         return false;
     }
     return true;
@@ -334,9 +344,27 @@ void CHDRConstruct::AdjustValueRange(std::span<const std::int32_t> pnHistogram)
     nHigh = MovedInward(pnHistogram, nHigh, -1, fMargin);
 }
 
-/// @return false after a cancel
-bool CHDRConstruct::SelectSamples(std::span<SampleRecord> pRecords, std::vector<std::size_t>& vnSamples) const
+/// Whether SelectSample finds a record for each sample, or has record 0 to fall back on.
+bool CHDRConstruct::HasEnoughValues(std::span<const SampleRecord> pRecords, std::int32_t nChannel) const
 {
+    const auto nUseful = std::count_if(pRecords.begin(), pRecords.end(), [](const SampleRecord& record) {
+        return IsCandidate(record) && record.fWeight > 0;
+    });
+    if (nUseful >= nSamples || pRecords.front().pfValues)
+        return true;
+    LS::Util::LogFailure(STEP, "",
+                         "the series has too few distinct values: its images show " +
+                             std::to_string(nUseful) + " in " + Channel(nChannel) + "; a curve of " +
+                             std::to_string(ImageCount()) + " images needs " + std::to_string(nSamples));
+    return false;
+}
+
+/// @return false after a cancel, or without enough values
+bool CHDRConstruct::SelectSamples(std::span<SampleRecord> pRecords, std::int32_t nChannel,
+                                  std::vector<std::size_t>& vnSamples) const
+{
+    if (!HasEnoughValues(pRecords, nChannel))
+        return false;
     std::array<float, CURVE_ENTRIES> histogram{};
     for (std::int32_t q = 0; q < nSamples; ++q) {
         vnSamples.push_back(SelectSample(histogram, pRecords));

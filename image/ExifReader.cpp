@@ -10,6 +10,7 @@
 
 #include <exception>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -25,7 +26,7 @@ Exiv2::Exifdatum FindTag(const Exiv2::ExifData& exifData, const char* szKey)
     return *found;
 }
 
-void ReadTags(const Exiv2::ExifData& exifData, ExposureValues& values)
+void ReadTags(const Exiv2::ExifData& exifData, bool bExchangesSides, ExposureValues& values)
 {
     const auto integer = [&](const char* szKey) {
         return static_cast<std::int32_t>(FindTag(exifData, szKey).toLong(0));
@@ -34,6 +35,8 @@ void ReadTags(const Exiv2::ExifData& exifData, ExposureValues& values)
 
     values.width = integer("Exif.Photo.PixelXDimension");
     values.height = integer("Exif.Photo.PixelYDimension");
+    if (bExchangesSides)
+        std::swap(values.width, values.height);
     values.exposureTime = number("Exif.Photo.ExposureTime");
     values.fNumber = number("Exif.Photo.FNumber");
     values.exposureBias = number("Exif.Photo.ExposureBiasValue");
@@ -62,18 +65,21 @@ std::optional<std::chrono::microseconds> ReadTime(const Exiv2::ExifData& exifDat
     return std::nullopt;
 }
 
-void ReadShotValues(const Exiv2::Image& image, ShotValues& shot)
+void ReadShotValues(const Exiv2::Image& image, bool bExchangesSides, ShotValues& shot)
 {
     const Exiv2::ExifData& exifData = image.exifData();
-    ReadTags(exifData, shot.exposure);
+    ReadTags(exifData, bExchangesSides, shot.exposure);
     for (const char* szKey : {"Exif.Image.Make", "Exif.Image.Model", "Exif.Photo.BodySerialNumber"})
         shot.sCamera += Text(exifData, szKey) + '\n';
     shot.width = image.pixelWidth();
     shot.height = image.pixelHeight();
+    if (bExchangesSides)
+        std::swap(shot.width, shot.height);
     shot.taken = ReadTime(exifData);
 }
 
-/// Opens a photograph and hands it to a function, if it has Exif data.
+/// Opens a photograph and hands it to a function, if it has Exif data, and whether its sides are exchanged
+/// when it is decoded.
 template <typename Take> ExifOutcome ReadFile(const std::string& sPath, std::string& sReason, Take take)
 {
     const Exiv2Messages messages;
@@ -85,7 +91,7 @@ template <typename Take> ExifOutcome ReadFile(const std::string& sPath, std::str
             sReason = messages.Errors();
             return ExifOutcome::NoExif;
         }
-        take(*pImage);
+        take(*pImage, ExchangesSides(OrientationOfFile(sPath)));
         return ExifOutcome::Read;
     } catch (const std::exception& fault) {
         sReason = fault.what();
@@ -98,8 +104,10 @@ template <typename Take> ExifOutcome ReadFile(const std::string& sPath, std::str
 ExifOutcome ReadExif(const std::string& sPath, ExposureValues& values, std::string* psReason)
 {
     std::string sReason;
-    const ExifOutcome outcome = ReadFile(
-        sPath, sReason, [&values](const Exiv2::Image& image) { ReadTags(image.exifData(), values); });
+    const ExifOutcome outcome =
+        ReadFile(sPath, sReason, [&values](const Exiv2::Image& image, bool bExchangesSides) {
+            ReadTags(image.exifData(), bExchangesSides, values);
+        });
     if (psReason)
         *psReason = sReason;
     return outcome;
@@ -110,7 +118,9 @@ ExifOutcome ReadShot(const std::string& sPath, ShotValues& shot, std::string* ps
     std::string sReason;
     ShotValues values;
     const ExifOutcome outcome =
-        ReadFile(sPath, sReason, [&values](const Exiv2::Image& image) { ReadShotValues(image, values); });
+        ReadFile(sPath, sReason, [&values](const Exiv2::Image& image, bool bExchangesSides) {
+            ReadShotValues(image, bExchangesSides, values);
+        });
     shot = outcome == ExifOutcome::Read ? values : ShotValues();
     if (psReason)
         *psReason = sReason;

@@ -9,7 +9,7 @@
 /// What the Exif data of a photograph tells about its exposure. Starts with the values that stand where a
 /// file tells nothing.
 struct ExposureValues {
-    std::int32_t width = 0; ///< pixels; provisional until the photograph is decoded
+    std::int32_t width = 0; ///< pixels, of the upright picture; provisional until the photograph is decoded
     std::int32_t height = 0;
     float exposureTime = 0.016666668F; ///< seconds
     float fNumber = 14.0F;
@@ -35,8 +35,9 @@ ExifOutcome ReadExif(const std::string& sPath, ExposureValues& values, std::stri
 /// What tells which photographs were taken in one go.
 struct ShotValues {
     ExposureValues exposure;
-    std::string sCamera;    ///< maker, model and serial number, as far as the file tells them
-    std::int32_t width = 0; ///< pixels, of the picture itself and not of a tag; 0 if the file doesn't tell
+    std::string sCamera; ///< maker, model and serial number, as far as the file tells them
+    std::int32_t width =
+        0; ///< pixels, of the upright picture itself and not of a tag; 0 if the file doesn't tell
     std::int32_t height = 0;
     std::optional<std::chrono::microseconds> taken; ///< since 1970 on the camera's clock
 };

@@ -39,7 +39,8 @@ wxImage ReadExifThumbnail(const wxString& path, Exiv2::ExifData& exif, std::stri
         return {};
     }
     const Exiv2Messages messages;
-    const auto pImage = OpenMetadata(LS::Util::NarrowPath(path.ToStdWstring()), sReason);
+    const std::string sPath = LS::Util::NarrowPath(path.ToStdWstring());
+    const auto pImage = OpenMetadata(sPath, sReason);
     if (!pImage)
         throw std::runtime_error(sReason);
     exif = pImage->exifData();
@@ -50,8 +51,8 @@ wxImage ReadExifThumbnail(const wxString& path, Exiv2::ExifData& exif, std::stri
     const Exiv2::DataBuf bytes = thumbnail.copy();
     if (!bytes.pData_ || bytes.size_ <= 0)
         return {};
-    DecodedImage decoded =
-        DecodeBytes(bytes.pData_, static_cast<std::size_t>(bytes.size_), TypeOf(thumbnail.extension()));
+    DecodedImage decoded = DecodeBytes(bytes.pData_, static_cast<std::size_t>(bytes.size_),
+                                       TypeOf(thumbnail.extension()), OrientationOfFile(sPath));
     sReason = decoded.sReason;
     return decoded.image;
 }

@@ -9,8 +9,9 @@ namespace Exiv2 {
 class ExifData;
 }
 
-/// Reads the Exif data of a photograph and decodes the thumbnail in it, at the thumbnail's own size. The
-/// photograph itself isn't decoded.
+/// Reads the Exif data of a photograph and decodes the thumbnail in it, at the thumbnail's own size and
+/// upright: without an orientation of its own it lies as the photograph does. The photograph itself isn't
+/// decoded.
 /// @param path     a name that code page 936 can't express counts as having no thumbnail
 /// @param exif     receives the whole Exif data
 /// @param sReason  receives the reason, in words for a log, if there is Exif data but no usable thumbnail

@@ -40,7 +40,7 @@ protected:
     void DoLogRecord(wxLogLevel nLevel, const wxString& message, const wxLogRecordInfo&) override
     {
         const std::string sMessage = message.utf8_string();
-        // Checking a header and decoding behind it meet the same faults.
+        // Some faults are met row after row.
         if (nLevel <= wxLOG_Warning && m_sText.find(sMessage) == std::string::npos)
             m_sText.append(m_sText.empty() ? "" : "; ").append(sMessage);
     }
@@ -125,7 +125,27 @@ std::chrono::milliseconds TimeFor(std::uint64_t nPixels, std::uint64_t nFileByte
         std::min(nPixels / PIXELS_PER_MILLISECOND, nFileBytes / BYTES_PER_MILLISECOND));
 }
 
-DecodedImage DecodeOpenFile(int nFile, std::chrono::milliseconds timeLimit)
+/// What its decoder leaves to be turned. That of TIFF mirrors rows and columns as the tag asks, but doesn't
+/// exchange them.
+Orientation LeftByDecoder(PictureFormat format, Orientation orientation)
+{
+    if (format != PictureFormat::Tiff)
+        return orientation;
+    switch (orientation) {
+    case Orientation::Transpose:
+    case Orientation::AntiTranspose:
+        return Orientation::Transpose;
+    case Orientation::QuarterRight:
+    case Orientation::QuarterLeft:
+        return Orientation::AntiTranspose;
+    default:
+        return Orientation::Upright;
+    }
+}
+
+/// @param otherwise  how a picture lies that doesn't say so itself
+DecodedImage DecodeOpenFile(int nFile, std::chrono::milliseconds timeLimit,
+                            Orientation otherwise = Orientation::Upright)
 {
     const LibraryLog log;
     const PictureFormat format = FormatOf(nFile);
@@ -135,9 +155,14 @@ DecodedImage DecodeOpenFile(int nFile, std::chrono::milliseconds timeLimit)
     LS::Util::ExpectLargeBlock(static_cast<std::size_t>(nPixels) * 3);
     const auto decode = [&] { return Decode(nFile, format, log); };
     const std::uint64_t nFileBytes = FileBytes(nFile);
-    return NeedsWatching(nFile, format, nPixels, nFileBytes)
-               ? DecodeInChild(decode, nFile, timeLimit + TimeFor(nPixels, nFileBytes))
-               : decode();
+    const Orientation own = OrientationOf(nFile, format);
+    DecodedImage decoded = NeedsWatching(nFile, format, nPixels, nFileBytes)
+                               ? DecodeInChild(decode, nFile, timeLimit + TimeFor(nPixels, nFileBytes))
+                               : decode();
+    const Orientation left = own == Orientation::Upright ? otherwise : LeftByDecoder(format, own);
+    if (decoded.image.IsOk() && !TurnUpright(decoded.image, left))
+        return Failure(DecodeOutcome::Undecodable, "there is no memory to turn it upright");
+    return decoded;
 }
 
 /// Fills an empty file; the position stays at its start.
@@ -161,14 +186,14 @@ void RegisterImageHandlers()
         wxInitAllImageHandlers();
 }
 
-DecodedImage DecodeBytes(const void* pBytes, std::size_t nBytes, wxBitmapType type)
+DecodedImage DecodeBytes(const void* pBytes, std::size_t nBytes, wxBitmapType type, Orientation otherwise)
 {
     const LS::Util::FileDescriptor file(::memfd_create("picture", MFD_CLOEXEC));
     if (!file.IsOpen() || !Fill(file.Get(), static_cast<const unsigned char*>(pBytes), nBytes))
         return Failure(DecodeOutcome::Undecodable, LS::Util::SystemError());
     if (type != wxBITMAP_TYPE_ANY && HandlerOf(FormatOf(file.Get())) != type)
         return Failure(DecodeOutcome::Undecodable, "not of the format that was told");
-    return DecodeOpenFile(file.Get(), std::chrono::seconds(10));
+    return DecodeOpenFile(file.Get(), std::chrono::seconds(10), otherwise);
 }
 
 DecodedImage DecodeImage(const std::string& sPath, std::chrono::milliseconds timeLimit)

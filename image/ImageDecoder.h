@@ -1,6 +1,8 @@
 // Decodes photographs, safely also where the file is damaged or hostile.
 #pragma once
 
+#include "image/Orientation.h"
+
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -35,8 +37,8 @@ struct DecodedImage {
 /// longer than its size in pixels tells goes there too: a JPEG of many scans or of several huge ones, a PNG
 /// that is cut or holds much data, a TIFF of an unusual layout, an oversized file. A header that asks for
 /// more than MAX_DECODED_PIXELS is undecodable. A JPEG that ends early is decoded, with grey rows for the
-/// rest. The picture comes as it is stored: the orientation tag of Exif isn't applied. What the library says
-/// meanwhile doesn't reach the log; it becomes the reason if the decoding fails.
+/// rest. The picture comes upright, turned as its Exif data asks. What the library says meanwhile doesn't
+/// reach the log; it becomes the reason if the decoding fails.
 /// @param sPath      in the file system's bytes; only a regular file is opened
 /// @param timeLimit  how long a child process may take, besides a second for each 4 MB of a file that has as
 ///                   much as 8 megapixels for each
@@ -45,4 +47,6 @@ DecodedImage DecodeImage(const std::string& sPath,
 
 /// The same for a picture that lies in memory, such as a thumbnail inside another file.
 /// @param type  JPEG or TIFF: anything else in the bytes is undecodable. wxBITMAP_TYPE_ANY: any format
-DecodedImage DecodeBytes(const void* pBytes, std::size_t nBytes, wxBitmapType type);
+/// @param otherwise  how a picture lies that doesn't say so itself
+DecodedImage DecodeBytes(const void* pBytes, std::size_t nBytes, wxBitmapType type,
+                         Orientation otherwise = Orientation::Upright);

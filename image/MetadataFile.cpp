@@ -38,10 +38,15 @@ bool IsNoPhotograph(const Exiv2::Image& image)
     }
 }
 
+LS::Util::FileDescriptor OpenToLook(const std::string& sPath)
+{
+    return LS::Util::FileDescriptor(::open(sPath.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+}
+
 /// Whether the library's reader could go on for minutes, from piece to piece of no content.
 bool MayTakeLong(const std::string& sPath)
 {
-    const LS::Util::FileDescriptor file(::open(sPath.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const LS::Util::FileDescriptor file = OpenToLook(sPath);
     if (!file.IsOpen())
         return false; // the library says why
     const PictureFormat format = FormatOf(file.Get());
@@ -62,4 +67,10 @@ std::unique_ptr<Exiv2::Image> OpenMetadata(const std::string& sPath, std::string
     if (!IsNoPhotograph(*pImage))
         pImage->readMetadata();
     return pImage;
+}
+
+Orientation OrientationOfFile(const std::string& sPath)
+{
+    const LS::Util::FileDescriptor file = OpenToLook(sPath);
+    return file.IsOpen() ? OrientationOf(file.Get(), FormatOf(file.Get())) : Orientation::Upright;
 }

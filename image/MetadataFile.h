@@ -1,6 +1,8 @@
 // Opens a photograph's metadata, and nothing but a photograph's.
 #pragma once
 
+#include "image/Orientation.h"
+
 #include <memory>
 #include <string>
 
@@ -18,3 +20,7 @@ class Image;
 /// @return null if the path leads to no such file; without metadata if it leads to a video or a sidecar
 /// @throws Exiv2::Error for a file that the library can't open or read
 std::unique_ptr<Exiv2::Image> OpenMetadata(const std::string& sPath, std::string& sReason);
+
+/// How the picture of a file lies, which is what the decoder turns it by.
+/// @param sPath  of a regular file, in the file system's bytes
+Orientation OrientationOfFile(const std::string& sPath);

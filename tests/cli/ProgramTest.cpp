@@ -3,6 +3,7 @@
 #include "tests/cli/ProgramRun.h"
 #include "tests/support/TempFolder.h"
 
+#include <exiv2/exiv2.hpp>
 #include <gtest/gtest.h>
 #include <tiffio.h>
 #include <wx/image.h>
@@ -127,6 +128,27 @@ TEST_F(Program, MergesInTheOrderOfFileNamesWithListsInTheOrderOfTheCommandLine)
         ASSERT_FLOAT_EQ(vfExif[i] / 4, vfWide[i]) << "two stops more light";
 }
 
+TEST_F(Program, TurnedSeriesStandsUpright)
+{
+    ASSERT_EQ(0, Run(Series({"-o", "stored.tif"})).code);
+    for (const std::string& sImage : m_vsImages) {
+        const auto photograph = Exiv2::ImageFactory::open(sImage);
+        photograph->readMetadata();
+        photograph->exifData()["Exif.Image.Orientation"] = std::uint16_t{6};
+        photograph->writeMetadata();
+    }
+    const ProgramRun run = Run(Series({"-o", "upright.tif", "-o", "upright.png"}));
+    ASSERT_EQ(0, run.code) << run.err;
+    EXPECT_EQ(wxSize(24, 32), Picture("upright.png").GetSize());
+    const std::vector<float> vfStored = TiffFloats(m_outputs.File("stored.tif"));
+    const std::vector<float> vfUpright = TiffFloats(m_outputs.File("upright.tif"));
+    ASSERT_EQ(vfStored.size(), vfUpright.size());
+    for (std::size_t n = 0; n < vfStored.size(); ++n) {
+        const std::size_t x = n / 3 % 32, y = n / 3 / 32; // the first row is at the right
+        ASSERT_EQ(vfStored[n], vfUpright[3 * (x * 24 + 23 - y) + n % 3]) << x << ", " << y;
+    }
+}
+
 TEST_F(Program, SavedCurvesMakeTheSameImage)
 {
     ASSERT_EQ(0, Run(Series({"--save-curve", "s.crv", "-o", "a.tif"})).code);
@@ -186,19 +208,34 @@ TEST_F(Program, RecoversTheCurve)
     EXPECT_EQ(ReadBytes(m_outputs.File("a.tif")), ReadBytes(m_outputs.File("b.tif")));
 }
 
-TEST_F(Program, RecoveryThatCannotWorkSaysWhy)
+TEST_F(Program, RecoveryThatCannotWorkSaysWhyAndNamesTheLimit)
 {
-    const ProgramRun single = Run({m_vsImages[0], "--curve", "calculate", "-o", "x.exr"});
-    EXPECT_EQ(2, single.code);
-    EXPECT_NE(std::string::npos, single.err.find("two images")) << single.err;
+    Arguments many;
+    for (int i = 0; i < 257; ++i) {
+        many.push_back(m_sources.File("many" + std::to_string(i) + ".jpg"));
+        WritePhotograph(many.back(), {1, std::to_string(i + 1) + "/1000"});
+    }
+    for (const char* szName : {"dark.jpg", "dim.jpg"})
+        WritePhotograph(m_sources.File(szName), {0.01, szName[1] == 'a' ? "1/60" : "1/15", "8/1"});
 
-    // Two grey pictures of one level each span no range.
-    for (const char* szName : {"a.jpg", "b.jpg"})
-        WritePhotograph(m_sources.File(szName), {0.01, szName[0] == 'a' ? "1/60" : "1/15", "8/1"});
-    const ProgramRun flat = Run({m_vsImages[0], m_vsImages[1], "--curve", "calculate", "-o", "x.exr"});
-    EXPECT_EQ(3, flat.code);
-    EXPECT_EQ(1U, Lines(flat.err)) << flat.err;
-    EXPECT_NE(std::string::npos, flat.err.find("range")) << flat.err;
+    const struct {
+        Arguments images;
+        int code;
+        const char* szReason;
+    } cases[] = {
+        {{m_vsImages[0]}, 2, "at least two images"},
+        {many, 2, "at most 256 images"},
+        {{m_sources.File("dark.jpg"), m_sources.File("dim.jpg")}, 3, "a curve needs a range of 50"},
+        {{m_vsImages[1], m_vsImages[2]}, 3, "in red; a curve of 2 images needs 256"},
+    };
+    for (const auto& c : cases) {
+        Arguments arguments = c.images;
+        arguments.insert(arguments.end(), {"--curve", "calculate", "-o", "x.exr"});
+        const ProgramRun run = Run(arguments);
+        EXPECT_EQ(c.code, run.code);
+        EXPECT_EQ(1U, Lines(run.err)) << run.err;
+        EXPECT_NE(std::string::npos, run.err.find(c.szReason)) << run.err;
+    }
     ExpectOnly({});
 }
 

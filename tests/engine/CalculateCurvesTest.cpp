@@ -158,6 +158,27 @@ TEST(CalculateCurves, MergeWithTheCurvesGivesTheRadiances)
     }
 }
 
+TEST(CalculateCurves, ADimChannelKeepsItsScale)
+{
+    const FilmResponse response{};
+    const auto vdShutters = Bracket(2, 8);
+    SyntheticScene scene = RenderScene(300, 200);
+    const double dBrightest = std::exp(response.LogExposure(90)) / vdShutters.back();
+    for (std::size_t n = 2; n < scene.vdRadiances.size(); n += 3)
+        scene.vdRadiances[n] = std::min(scene.vdRadiances[n], dBrightest);
+    const TempFolder folder;
+    FailureRecorder failures;
+    Recovery recovery(Photograph(folder, scene, response, vdShutters));
+    ASSERT_TRUE(recovery.Run()) << testing::PrintToString(failures.Lines());
+    EXPECT_LT(recovery.report.channels[2].nHigh, 127);
+    for (std::size_t c = 0; c < 3; ++c) {
+        const RecoveryReport::Channel& report = recovery.report.channels[c];
+        const std::int32_t nAnchor = std::min(report.nLow + 127, report.nHigh);
+        // Red 1.021, green 1.003: their anchors are the nodes below the value.
+        EXPECT_NEAR(1.0F, recovery.vafCurves[c][nAnchor], 0.025) << "channel " << c;
+    }
+}
+
 TEST(CalculateCurves, AnyOrderGivesTheSameBits)
 {
     const TempFolder folder;
@@ -235,7 +256,7 @@ TEST(CalculateCurves, FailuresLeaveNothingButALine)
         {"even images", [&](auto& s) { s.vsFiles.assign(9, folder.WideFile("even.tmp")); },
          "too little range"},
         {"one pure blue image", [&](auto& s) { s.vsFiles[0] = folder.WideFile("blue.tmp"); },
-         "AddInformation Exception!"},
+         "too few distinct values: its images show 0 in red; a curve of 9 images needs 112"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);

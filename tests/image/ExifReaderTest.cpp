@@ -56,9 +56,10 @@ Tags With(const char* szKey, const char* szValue)
     return tags;
 }
 
-void WritePhotograph(const std::string& sPath, const Tags& tags, wxBitmapType type = wxBITMAP_TYPE_JPEG)
+void WritePhotograph(const std::string& sPath, const Tags& tags, wxBitmapType type = wxBITMAP_TYPE_JPEG,
+                     wxSize size = {16, 16})
 {
-    const Bytes picture = LS::Tests::Encoded(LS::Tests::BlockPicture(16, 16), type);
+    const Bytes picture = LS::Tests::Encoded(LS::Tests::BlockPicture(size.x, size.y), type);
     LS::Tests::WriteBytes(sPath, picture.data(), picture.size());
     const auto pImage = Exiv2::ImageFactory::open(sPath);
     for (const auto& [szKey, szValue] : tags)
@@ -127,6 +128,27 @@ TEST(ExifReader, ReadsTiffAsWell)
     const TempFolder folder;
     WritePhotograph(folder.File("photo.jpg"), ALL_TAGS, wxBITMAP_TYPE_TIFF);
     EXPECT_EQ(ALL_VALUES, Read(folder.File("photo.jpg")).values);
+}
+
+TEST(ExifReader, SizesAreThoseOfTheUprightPicture)
+{
+    const TempFolder folder;
+    for (const wxBitmapType type : {wxBITMAP_TYPE_JPEG, wxBITMAP_TYPE_TIFF})
+        for (const char* szOrientation : {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"}) {
+            SCOPED_TRACE(szOrientation);
+            Tags tags = ALL_TAGS;
+            tags.emplace_back("Exif.Image.Orientation", szOrientation);
+            WritePhotograph(folder.File("photo"), tags, type, {32, 16});
+            ShotValues shot;
+            ReadShot(folder.File("photo"), shot);
+            const bool bOnItsSide = szOrientation[0] >= '5' && szOrientation[0] <= '8';
+            for (const ExposureValues& values : {shot.exposure, Read(folder.File("photo")).values}) {
+                EXPECT_EQ(bOnItsSide ? 3000 : 4000, values.width);
+                EXPECT_EQ(bOnItsSide ? 4000 : 3000, values.height);
+            }
+            EXPECT_EQ(bOnItsSide ? 16 : 32, shot.width);
+            EXPECT_EQ(bOnItsSide ? 32 : 16, shot.height);
+        }
 }
 
 TEST(ShotReader, TimeCameraAndSize)

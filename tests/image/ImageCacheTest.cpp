@@ -243,6 +243,21 @@ TEST(ImageCacheThumbnail, ComesReducedFromTheExifData)
     EXPECT_EQ(pImage, cache.GetImage(path, true)) << "the full image answers once it is there";
 }
 
+TEST(ImageCacheThumbnail, StandsAsThePhotographDoes)
+{
+    const TempFolder folder;
+    WriteWithThumbnail(folder.File("photo.jpg"), Encoded(BlockPicture(32, 16), wxBITMAP_TYPE_JPEG));
+    const auto pPhotograph = Exiv2::ImageFactory::open(folder.File("photo.jpg"));
+    pPhotograph->readMetadata();
+    pPhotograph->exifData()["Exif.Image.Orientation"] = std::uint16_t{6};
+    pPhotograph->writeMetadata();
+    ImageCache cache;
+    const wxImage* const pThumbnail = cache.GetImage(folder.WideFile("photo.jpg"), true);
+    ASSERT_NE(nullptr, pThumbnail);
+    EXPECT_EQ(wxSize(16, 32), pThumbnail->GetSize());
+    EXPECT_NEAR(200, pThumbnail->GetRed(8, 8), 6) << "the first colour comes first from above";
+}
+
 TEST(ImageCacheThumbnail, NullWithoutAUsableOne)
 {
     Bytes large = Encoded(BlockPicture(16, 16), wxBITMAP_TYPE_JPEG);

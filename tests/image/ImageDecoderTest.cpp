@@ -7,6 +7,7 @@
 
 #include <exiv2/exiv2.hpp>
 #include <gtest/gtest.h>
+#include <tiffio.h>
 #include <wx/log.h>
 #include <wx/mstream.h>
 
@@ -22,6 +23,7 @@
 #include <filesystem>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 
 using LS::Tests::BlockPicture;
 using LS::Tests::Bytes;
@@ -139,15 +141,99 @@ TEST(DecodeImage, AlphaAndMaskArrive)
     }
 }
 
-TEST(DecodeImage, OrientationIsNotApplied)
+/// Where Exif's table puts the first row and the first column of a stored picture.
+const struct {
+    bool bRowsAreColumns, bFromRight, bFromBelow;
+} ORIENTATIONS[] = {{false, false, false}, {false, true, false}, {false, true, true}, {false, false, true},
+                    {true, false, false},  {true, true, false},  {true, true, true},  {true, false, true}};
+
+/// An upright picture as a file holds it whose tag has this value.
+wxImage Stored(const wxImage& upright, int nTag)
+{
+    const auto& orientation = ORIENTATIONS[nTag - 1];
+    wxSize size = upright.GetSize();
+    if (orientation.bRowsAreColumns)
+        std::swap(size.x, size.y);
+    wxImage stored(size);
+    for (int nRow = 0; nRow < size.y; ++nRow)
+        for (int nColumn = 0; nColumn < size.x; ++nColumn) {
+            const int nAcross = orientation.bRowsAreColumns ? nRow : nColumn;
+            const int nDown = orientation.bRowsAreColumns ? nColumn : nRow;
+            const int x = orientation.bFromRight ? upright.GetWidth() - 1 - nAcross : nAcross;
+            const int y = orientation.bFromBelow ? upright.GetHeight() - 1 - nDown : nDown;
+            stored.SetRGB(nColumn, nRow, upright.GetRed(x, y), upright.GetGreen(x, y), upright.GetBlue(x, y));
+        }
+    return stored;
+}
+
+/// The colours of the blocks of a picture, row by row, which no coding blurs: "RGB/BYR".
+std::string Blocks(const wxImage& image)
+{
+    std::string sBlocks;
+    for (int y = 8; y < image.GetHeight(); y += 16, sBlocks += '/')
+        for (int x = 8; x < image.GetWidth(); x += 16)
+            sBlocks += image.GetBlue(x, y) > 150    ? 'B'
+                       : image.GetRed(x, y) < 100   ? 'G'
+                       : image.GetGreen(x, y) > 150 ? 'Y'
+                                                    : 'R';
+    return sBlocks;
+}
+
+/// Decodes a picture whose Exif data gets an orientation.
+wxImage DecodeTurned(const TempFolder& folder, const Bytes& file, int nTag)
+{
+    LS::Tests::WriteElements(folder.File("photo"), file);
+    const auto pImage = Exiv2::ImageFactory::open(folder.File("photo"));
+    pImage->readMetadata();
+    pImage->exifData()["Exif.Image.Orientation"] = static_cast<std::uint16_t>(nTag);
+    pImage->writeMetadata();
+    const DecodedImage decoded = DecodeImage(folder.File("photo"));
+    EXPECT_EQ("", decoded.sReason);
+    return decoded.image;
+}
+
+TEST(DecodeImage, StandsUprightWhateverTheOrientation)
 {
     const TempFolder folder;
-    LS::Tests::WriteElements(folder.File("photo.jpg"), Encoded(BlockPicture(64, 32), wxBITMAP_TYPE_JPEG));
-    const wxImage upright = DecodeImage(folder.File("photo.jpg")).image;
-    const auto pImage = Exiv2::ImageFactory::open(folder.File("photo.jpg"));
-    pImage->exifData()["Exif.Image.Orientation"] = std::uint16_t{6};
-    pImage->writeMetadata();
-    EXPECT_TRUE(SamePixels(upright, DecodeImage(folder.File("photo.jpg")).image));
+    const wxImage upright = BlockPicture(48, 32);
+    const std::string sUpright = "RGB/BYR/";
+    ASSERT_EQ(sUpright, Blocks(upright));
+    for (int nTag = 1; nTag <= 8; ++nTag) {
+        wxImage stored = Stored(upright, nTag);
+        for (const wxBitmapType type : {wxBITMAP_TYPE_JPEG, wxBITMAP_TYPE_TIFF})
+            EXPECT_EQ(sUpright, Blocks(DecodeTurned(folder, Encoded(stored, type), nTag)))
+                << "tag " << nTag << ", type " << type;
+        stored.SetOption(wxIMAGE_OPTION_TIFF_COMPRESSION, COMPRESSION_JPEG); // goes to a child process
+        EXPECT_EQ(sUpright, Blocks(DecodeTurned(folder, Encoded(stored, wxBITMAP_TYPE_TIFF), nTag)))
+            << "tag " << nTag << ", watched";
+    }
+}
+
+TEST(DecodeImage, OrientationOfNoMeaningIsUpright)
+{
+    const TempFolder folder;
+    for (const int nTag : {0, 9, 0xFFFF})
+        for (const wxBitmapType type : {wxBITMAP_TYPE_JPEG, wxBITMAP_TYPE_TIFF})
+            EXPECT_EQ("RGB/BYR/", Blocks(DecodeTurned(folder, Encoded(BlockPicture(48, 32), type), nTag)))
+                << "tag " << nTag << ", type " << type;
+}
+
+TEST(DecodeImage, TurnsAPngWithItsAlphaPlane)
+{
+    const Bytes exif = {0x00, 0x00, 0x00, 0x1A, 'e',  'X',  'I',  'f',  'I',  'I',  0x2A, 0x00, 0x08,
+                        0x00, 0x00, 0x00, 0x01, 0x00, 0x12, 0x01, 0x03, 0x00, 0x01, 0x00, 0x00, 0x00,
+                        0x06, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0xB7, 'H',  0x11, 0x29};
+    wxImage stored = Stored(BlockPicture(48, 32), 6);
+    stored.InitAlpha();
+    std::fill_n(stored.GetAlpha(), 32 * 48, 255);
+    stored.SetAlpha(0, 45, 7); // the first row is at the right, the first column at the top
+    Bytes file = Encoded(stored, wxBITMAP_TYPE_PNG);
+    file.insert(file.begin() + 33, exif.begin(), exif.end()); // behind the header
+    const wxImage image = DecodeBytes(file).image;
+    EXPECT_EQ("RGB/BYR/", Blocks(image));
+    ASSERT_TRUE(image.HasAlpha());
+    EXPECT_EQ(7, image.GetAlpha(2, 0));
+    EXPECT_EQ(255, image.GetAlpha(3, 0));
 }
 
 TEST(DecodeImage, Missing)
