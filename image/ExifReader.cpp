@@ -91,7 +91,7 @@ template <typename Take> ExifOutcome ReadFile(const std::string& sPath, std::str
             sReason = messages.Errors();
             return ExifOutcome::NoExif;
         }
-        take(*pImage, ExchangesSides(OrientationOfFile(sPath)));
+        take(*pImage, ExchangesSides(OrientationOf(pImage->exifData())));
         return ExifOutcome::Read;
     } catch (const std::exception& fault) {
         sReason = fault.what();

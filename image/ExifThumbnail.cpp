@@ -39,8 +39,7 @@ wxImage ReadExifThumbnail(const wxString& path, Exiv2::ExifData& exif, std::stri
         return {};
     }
     const Exiv2Messages messages;
-    const std::string sPath = LS::Util::NarrowPath(path.ToStdWstring());
-    const auto pImage = OpenMetadata(sPath, sReason);
+    const auto pImage = OpenMetadata(LS::Util::NarrowPath(path.ToStdWstring()), sReason);
     if (!pImage)
         throw std::runtime_error(sReason);
     exif = pImage->exifData();
@@ -52,7 +51,7 @@ wxImage ReadExifThumbnail(const wxString& path, Exiv2::ExifData& exif, std::stri
     if (!bytes.pData_ || bytes.size_ <= 0)
         return {};
     DecodedImage decoded = DecodeBytes(bytes.pData_, static_cast<std::size_t>(bytes.size_),
-                                       TypeOf(thumbnail.extension()), OrientationOfFile(sPath));
+                                       TypeOf(thumbnail.extension()), OrientationOf(exif));
     sReason = decoded.sReason;
     return decoded.image;
 }

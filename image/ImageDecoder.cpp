@@ -7,6 +7,7 @@
 #include "Util/RegularFile.h"
 #include "image/DecoderProcess.h"
 #include "image/ImageHeader.h"
+#include "image/MetadataFile.h"
 
 #include <wx/log.h>
 #include <wx/wfstream.h>
@@ -143,9 +144,8 @@ Orientation LeftByDecoder(PictureFormat format, Orientation orientation)
     }
 }
 
-/// @param otherwise  how a picture lies that doesn't say so itself
-DecodedImage DecodeOpenFile(int nFile, std::chrono::milliseconds timeLimit,
-                            Orientation otherwise = Orientation::Upright)
+/// @param orientation  how the stored picture lies
+DecodedImage DecodeOpenFile(int nFile, std::chrono::milliseconds timeLimit, Orientation orientation)
 {
     const LibraryLog log;
     const PictureFormat format = FormatOf(nFile);
@@ -155,12 +155,10 @@ DecodedImage DecodeOpenFile(int nFile, std::chrono::milliseconds timeLimit,
     LS::Util::ExpectLargeBlock(static_cast<std::size_t>(nPixels) * 3);
     const auto decode = [&] { return Decode(nFile, format, log); };
     const std::uint64_t nFileBytes = FileBytes(nFile);
-    const Orientation own = OrientationOf(nFile, format);
     DecodedImage decoded = NeedsWatching(nFile, format, nPixels, nFileBytes)
                                ? DecodeInChild(decode, nFile, timeLimit + TimeFor(nPixels, nFileBytes))
                                : decode();
-    const Orientation left = own == Orientation::Upright ? otherwise : LeftByDecoder(format, own);
-    if (decoded.image.IsOk() && !TurnUpright(decoded.image, left))
+    if (decoded.image.IsOk() && !TurnUpright(decoded.image, LeftByDecoder(format, orientation)))
         return Failure(DecodeOutcome::Undecodable, "there is no memory to turn it upright");
     return decoded;
 }
@@ -186,14 +184,14 @@ void RegisterImageHandlers()
         wxInitAllImageHandlers();
 }
 
-DecodedImage DecodeBytes(const void* pBytes, std::size_t nBytes, wxBitmapType type, Orientation otherwise)
+DecodedImage DecodeBytes(const void* pBytes, std::size_t nBytes, wxBitmapType type, Orientation orientation)
 {
     const LS::Util::FileDescriptor file(::memfd_create("picture", MFD_CLOEXEC));
     if (!file.IsOpen() || !Fill(file.Get(), static_cast<const unsigned char*>(pBytes), nBytes))
         return Failure(DecodeOutcome::Undecodable, LS::Util::SystemError());
     if (type != wxBITMAP_TYPE_ANY && HandlerOf(FormatOf(file.Get())) != type)
         return Failure(DecodeOutcome::Undecodable, "not of the format that was told");
-    return DecodeOpenFile(file.Get(), std::chrono::seconds(10), otherwise);
+    return DecodeOpenFile(file.Get(), std::chrono::seconds(10), orientation);
 }
 
 DecodedImage DecodeImage(const std::string& sPath, std::chrono::milliseconds timeLimit)
@@ -205,5 +203,5 @@ DecodedImage DecodeImage(const std::string& sPath, std::chrono::milliseconds tim
     if (!file.IsOpen())
         return Failure(DecodeOutcome::Undecodable, LS::Util::SystemError());
 
-    return DecodeOpenFile(file.Get(), timeLimit);
+    return DecodeOpenFile(file.Get(), timeLimit, OrientationOfFile(sPath));
 }

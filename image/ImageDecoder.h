@@ -47,6 +47,6 @@ DecodedImage DecodeImage(const std::string& sPath,
 
 /// The same for a picture that lies in memory, such as a thumbnail inside another file.
 /// @param type  JPEG or TIFF: anything else in the bytes is undecodable. wxBITMAP_TYPE_ANY: any format
-/// @param otherwise  how a picture lies that doesn't say so itself
+/// @param orientation  how the stored picture lies; its own metadata isn't read
 DecodedImage DecodeBytes(const void* pBytes, std::size_t nBytes, wxBitmapType type,
-                         Orientation otherwise = Orientation::Upright);
+                         Orientation orientation = Orientation::Upright);

@@ -19,7 +19,6 @@ using namespace std::string_view_literals;
 namespace {
 
 constexpr off_t WHOLE_FILE = std::numeric_limits<off_t>::max();
-constexpr off_t MOST_HEADER = off_t{64} << 20;
 
 /// The bytes of a file in order, whatever its reading position.
 class ByteReader {
@@ -84,55 +83,6 @@ constexpr std::uint64_t Product(int nWidth, int nHeight)
                                      : static_cast<std::uint64_t>(nWidth) * static_cast<unsigned>(nHeight);
 }
 
-/// The orientation tag of Exif data, which is the first directory of a TIFF.
-/// @param bytes  stands at the byte order
-class ExifTags {
-public:
-    explicit ExifTags(ByteReader& bytes) : m_bytes(bytes), m_nOrder(bytes.NextWord()) {}
-
-    Orientation ReadOrientation()
-    {
-        constexpr int MAGIC = 42, ORIENTATION = 0x112, SHORT = 3;
-        constexpr std::int64_t MOST_OFFSET = 0xFFFF; // Exif data of a JPEG isn't longer
-        const bool bIsExif = (m_nOrder == LITTLE || m_nOrder == BIG) && Word() == MAGIC;
-        const std::int64_t nOffset = Long();
-        if (!bIsExif || nOffset < 8 || nOffset > MOST_OFFSET)
-            return Orientation::Upright;
-        m_bytes.Skip(static_cast<std::size_t>(nOffset - 8));
-        for (int nEntries = Word(); nEntries > 0; --nEntries) {
-            const int nTag = Word(), nType = Word();
-            const std::int64_t nCount = Long();
-            const int nValue = Word();
-            m_bytes.Skip(2);
-            if (nTag == ByteReader::END)
-                break;
-            if (nTag == ORIENTATION)
-                return nType == SHORT && nCount == 1 ? OrientationOfTag(nValue) : Orientation::Upright;
-        }
-        return Orientation::Upright;
-    }
-
-private:
-    static constexpr int LITTLE = 0x4949, BIG = 0x4D4D;
-
-    int Word()
-    {
-        const int nWord = m_bytes.NextWord();
-        return m_nOrder == BIG || nWord == ByteReader::END ? nWord : (nWord & 0xFF) << 8 | nWord >> 8;
-    }
-
-    std::int64_t Long()
-    {
-        const std::int64_t nFirst = Word(), nSecond = Word();
-        if (nFirst == ByteReader::END || nSecond == ByteReader::END)
-            return ByteReader::END;
-        return m_nOrder == BIG ? nFirst << 16 | nSecond : nSecond << 16 | nFirst;
-    }
-
-    ByteReader& m_bytes;
-    int m_nOrder;
-};
-
 /// Markers of JPEG, ITU-T T.81, table B.1.
 namespace Marker {
 constexpr int START_OF_FRAME = 0xC0; // to 0xCF, but for the three that follow
@@ -143,7 +93,6 @@ constexpr int RESTART = 0xD0; // to 0xD7
 constexpr int START_OF_IMAGE = 0xD8;
 constexpr int END_OF_IMAGE = 0xD9;
 constexpr int START_OF_SCAN = 0xDA;
-constexpr int APPLICATION_1 = 0xE1; // Exif data, among others
 } // namespace Marker
 
 bool IsStartOfFrame(int nMarker)
@@ -216,38 +165,9 @@ JpegFrame ReadFrame(ByteReader& bytes)
 
 std::uint64_t JpegPixels(int nFile)
 {
-    ByteReader bytes(nFile, MOST_HEADER);
+    ByteReader bytes(nFile, off_t{64} << 20);
     const JpegFrame frame = ReadFrame(bytes);
     return Product(frame.nWidth, frame.nHeight);
-}
-
-constexpr std::string_view EXIF_NAME = "Exif\0\0"sv;
-
-/// Reads as many bytes of a segment as the name of Exif data has.
-bool IsExif(ByteReader& bytes)
-{
-    bool bIs = true;
-    for (const char c : EXIF_NAME)
-        bIs &= bytes.Next() == c;
-    return bIs;
-}
-
-Orientation JpegOrientation(int nFile)
-{
-    ByteReader bytes(nFile, MOST_HEADER);
-    for (;;) {
-        const int nMarker = NextMarker(bytes);
-        if (nMarker == ByteReader::END || nMarker == Marker::END_OF_IMAGE || nMarker == Marker::START_OF_SCAN)
-            return Orientation::Upright;
-        if (!HasSegment(nMarker))
-            continue;
-        const int nLength = bytes.NextWord();
-        constexpr int NAME_END = 2 + static_cast<int>(EXIF_NAME.size());
-        const bool bMayBeExif = nMarker == Marker::APPLICATION_1 && nLength > NAME_END;
-        if (bMayBeExif && IsExif(bytes))
-            return ExifTags(bytes).ReadOrientation();
-        SkipSegment(bytes, nLength, bMayBeExif ? NAME_END : 2);
-    }
 }
 
 int JpegScans(int nFile, int nMost)
@@ -285,28 +205,10 @@ std::uint64_t PngPixels(int nFile)
                : static_cast<std::uint64_t>(nWidth) * static_cast<std::uint64_t>(nHeight);
 }
 
-constexpr int MOST_CHUNKS = 1 << 20; // of 8 KB they hold more than the largest picture
-constexpr std::int64_t IEND = 0x49454E44;
-
-Orientation PngOrientation(int nFile)
-{
-    constexpr std::int64_t EXIF = 0x65584966;
-    ByteReader bytes(nFile, MOST_HEADER);
-    bytes.Skip(8); // signature
-    for (int i = 0; i < MOST_CHUNKS; ++i) {
-        const std::int64_t nLength = bytes.NextLong();
-        const std::int64_t nName = bytes.NextLong();
-        if (nName == EXIF)
-            return ExifTags(bytes).ReadOrientation();
-        if (nName == ByteReader::END || nName == IEND)
-            break;
-        bytes.Skip(static_cast<std::size_t>(nLength) + 4); // and the check sum
-    }
-    return Orientation::Upright;
-}
-
 bool PngHoldsItsChunks(int nFile)
 {
+    constexpr int MOST_CHUNKS = 1 << 20; // of 8 KB they hold more than the largest picture
+    constexpr std::int64_t IEND = 0x49454E44;
     ByteReader bytes(nFile);
     bytes.Skip(8); // signature
     for (int i = 0; i < MOST_CHUNKS; ++i) {
@@ -389,15 +291,6 @@ std::uint64_t TiffPixels(int nFile)
     return nPixels;
 }
 
-Orientation TiffOrientation(int nFile)
-{
-    auto orientation = Orientation::Upright;
-    if (const TiffFile pTiff = OpenTiff(nFile))
-        orientation = OrientationOfTag(ShortTag(pTiff.get(), TIFFTAG_ORIENTATION));
-    ::lseek(nFile, 0, SEEK_SET);
-    return orientation;
-}
-
 bool IsUsualCoding(std::uint16_t nCompression)
 {
     switch (nCompression) {
@@ -474,21 +367,6 @@ std::uint64_t PixelsAsked(int nFile, PictureFormat format)
         break;
     }
     return 0;
-}
-
-Orientation OrientationOf(int nFile, PictureFormat format)
-{
-    switch (format) {
-    case PictureFormat::Jpeg:
-        return JpegOrientation(nFile);
-    case PictureFormat::Png:
-        return PngOrientation(nFile);
-    case PictureFormat::Tiff:
-        return TiffOrientation(nFile);
-    case PictureFormat::Other:
-        break;
-    }
-    return Orientation::Upright;
 }
 
 int Scans(int nFile, PictureFormat format, int nMost)

@@ -1,8 +1,6 @@
 // What the first bytes of a picture file tell before anything is decoded.
 #pragma once
 
-#include "image/Orientation.h"
-
 #include <cstdint>
 
 enum class PictureFormat { Jpeg, Png, Tiff, Other };
@@ -21,11 +19,6 @@ bool IsOversized(std::uint64_t nFileBytes, PictureFormat format);
 /// 0 where the header doesn't tell in its first 64 MB, which the format's decoder then finds as well, and for
 /// other formats. Leaves the reading position at the start of the file.
 std::uint64_t PixelsAsked(int nFile, PictureFormat format);
-
-/// How the picture of an open file lies, by its first Exif data in a JPEG or PNG file, by its first directory
-/// in a TIFF; upright where nothing is said in the first 64 MB, or nothing that makes sense, and for other
-/// formats. Leaves the reading position at the start of the file.
-Orientation OrientationOf(int nFile, PictureFormat format);
 
 /// How often the decoder of an open JPEG file would go over the whole picture, counted up to nMost + 1. 1 for
 /// files that hold one scan, and for other formats; the reading position plays no part and stays.

@@ -3,13 +3,18 @@
 
 #include "Util/FileDescriptor.h"
 #include "Util/RegularFile.h"
+#include "image/Exiv2Messages.h"
 #include "image/ImageHeader.h"
 
+#include <exiv2/exif.hpp>
 #include <exiv2/image.hpp>
 #include <exiv2/matroskavideo.hpp>
 #include <exiv2/quicktimevideo.hpp>
 #include <exiv2/riffvideo.hpp>
 #include <exiv2/xmpsidecar.hpp>
+
+#include <exception>
+
 #include <fcntl.h>
 
 namespace {
@@ -69,8 +74,24 @@ std::unique_ptr<Exiv2::Image> OpenMetadata(const std::string& sPath, std::string
     return pImage;
 }
 
+Orientation OrientationOf(const Exiv2::ExifData& exif)
+{
+    const auto tag = exif.findKey(Exiv2::ExifKey("Exif.Image.Orientation"));
+    return tag != exif.end() && tag->count() == 1 ? OrientationOfTag(static_cast<int>(tag->toLong()))
+                                                  : Orientation::Upright;
+}
+
 Orientation OrientationOfFile(const std::string& sPath)
 {
-    const LS::Util::FileDescriptor file = OpenToLook(sPath);
-    return file.IsOpen() ? OrientationOf(file.Get(), FormatOf(file.Get())) : Orientation::Upright;
+    if (const LS::Util::FileDescriptor file = OpenToLook(sPath);
+        !file.IsOpen() || FormatOf(file.Get()) == PictureFormat::Other)
+        return Orientation::Upright;
+    const Exiv2Messages messages;
+    std::string sReason;
+    try {
+        const auto pImage = OpenMetadata(sPath, sReason);
+        return pImage ? OrientationOf(pImage->exifData()) : Orientation::Upright;
+    } catch (const std::exception&) {
+        return Orientation::Upright; // whether it is a picture is the decoder's business
+    }
 }

@@ -7,8 +7,9 @@
 #include <string>
 
 namespace Exiv2 {
+class ExifData;
 class Image;
-}
+} // namespace Exiv2
 
 /// Opens a file and reads its metadata.
 ///
@@ -21,6 +22,10 @@ class Image;
 /// @throws Exiv2::Error for a file that the library can't open or read
 std::unique_ptr<Exiv2::Image> OpenMetadata(const std::string& sPath, std::string& sReason);
 
-/// How the picture of a file lies, which is what the decoder turns it by.
-/// @param sPath  of a regular file, in the file system's bytes
+/// How a picture lies; upright where its Exif data doesn't say.
+Orientation OrientationOf(const Exiv2::ExifData& exif);
+
+/// The same for a JPEG, PNG or TIFF file; upright for others, and where its metadata can't be read. Nothing
+/// is printed.
+/// @param sPath  in the file system's bytes
 Orientation OrientationOfFile(const std::string& sPath);
