@@ -2,12 +2,10 @@
 #include "HDRFile/FloatTiff.h"
 
 #include "tests/HDRFile/CachePicture.h"
-#include "tests/support/FailureRecorder.h"
 
 #include <gtest/gtest.h>
 #include <tiffio.h>
 
-#include <filesystem>
 #include <limits>
 #include <memory>
 
@@ -99,21 +97,6 @@ TEST(FloatTiff, SamplesComeBackBitForBit)
                 ASSERT_EQ(cache.Scaled(vfRow.size() * nStrip + i), vfRow[i]) << "row " << y << ", " << i;
         }
     }
-}
-
-TEST(FloatTiff, RowsBeforeAShortReadStay)
-{
-    const CachePicture cache(20, 70);
-    std::filesystem::resize_file(cache.sPath, 20 * 12 * 64 + 100);
-    const std::string sFile = cache.File("picture.tif");
-    const FailureRecorder failures;
-    ASSERT_FALSE(WriteFloatTiffFile(cache.sPath.c_str(), sFile.c_str(), 20, 70, nullptr));
-
-    const Tiff pTiff = OpenTiff(sFile);
-    ASSERT_TRUE(pTiff);
-    std::vector<float> vfRow(60);
-    ASSERT_EQ(20 * 12, TIFFReadEncodedStrip(pTiff.get(), 63, vfRow.data(), -1));
-    EXPECT_EQ(cache.Scaled(63 * 60 + 59), vfRow.back());
 }
 
 } // namespace LS::Tests

@@ -33,16 +33,6 @@ TEST(Radiance, RoundTrip)
     }
 }
 
-TEST(Radiance, AThousandIsWhite)
-{
-    CachePicture cache(9, 1);
-    std::ranges::fill(cache.vfStored, 1000.0F);
-    cache.Store();
-    const std::string sFile = cache.File("picture.hdr");
-    ASSERT_TRUE(WriteRadianceFile(cache.sPath.c_str(), sFile.c_str(), 9, 1, nullptr));
-    EXPECT_EQ(std::vector<Rgbe>(9, Rgbe{128, 128, 128, 129}), ReadRgbe(ReadBytes(sFile)).vPixels);
-}
-
 TEST(Radiance, RowsBeforeAShortReadStay)
 {
     const CachePicture cache(20, 70);
