@@ -21,7 +21,7 @@ function(ls_test name)
         PROPERTIES LABELS ${arg_LABEL} TIMEOUT ${arg_TIMEOUT})
 endfunction()
 
-# Adds a program that measures, for the four functions below; ctest runs each once, so that none rots.
+# Adds a program that measures, for the four functions below; `ctest -L bench` runs each once, so that none rots.
 # Further arguments: [MANAGER none|openbox], with which it runs on a display, RUN arguments of that run,
 # SOURCES ... LINK targets...
 function(ls_add_measurement name)
@@ -34,9 +34,6 @@ function(ls_add_measurement name)
     endif()
     add_test(NAME bench.${name} COMMAND ${command})
     set_tests_properties(bench.${name} PROPERTIES LABELS bench TIMEOUT 300)
-    if(arg_MANAGER)
-        set_tests_properties(bench.${name} PROPERTIES RESOURCE_LOCK display)
-    endif()
 endfunction()
 
 # ls_bench(NAME SOURCES ... LINK targets...): benchmarks of single functions.
@@ -60,16 +57,12 @@ function(ls_gui_ratios name)
     ls_add_measurement(${name} MANAGER openbox RUN --once ${ARGN} ls_bench_support)
 endfunction()
 
-# ls_gui_test(NAME SOURCES ... LINK targets...): a test program that shows windows. It runs twice on displays of
-# its own, with and without a window manager.
+# ls_gui_test(NAME SOURCES ... LINK targets...): a test program that shows windows. It runs on a display of its
+# own, with a window manager.
 function(ls_gui_test name)
     cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ls_flags ls_gui_test_support ${arg_LINK} GTest::gmock)
-    foreach(manager none openbox)
-        add_test(NAME ${name}.${manager}
-            COMMAND ${CMAKE_SOURCE_DIR}/scripts/with_display.sh ${manager} $<TARGET_FILE:${name}>)
-        # One at a time: two servers that start at once may want the same display.
-        set_tests_properties(${name}.${manager} PROPERTIES LABELS gui TIMEOUT 600 RESOURCE_LOCK display)
-    endforeach()
+    add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/scripts/with_display.sh openbox $<TARGET_FILE:${name}>)
+    set_tests_properties(${name} PROPERTIES LABELS gui TIMEOUT 600)
 endfunction()

@@ -1,10 +1,10 @@
 // A sudden end of the window program at any moment: the next start is like any other.
 #include "tests/cli/Photographs.h"
 #include "tests/faults/Form.h"
+#include "tests/program/Waiting.h"
 #include "tests/program/WindowProgram.h"
 #include "xml/XmlNode.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -66,7 +66,8 @@ TEST(SuddenEnd, OfTheWindowLeavesTheNextStartAsItWas)
         ASSERT_TRUE(program.StartToMainWindow({sArgument})) << "nobody may be too busy: " << program.Output();
         EXPECT_TRUE(IsReadable(program.File("lsConfigHDR.xml")));
         EXPECT_EQ(vBefore, Contents(vsPhotographs));
-        EXPECT_THAT(program.CacheFiles(), testing::IsEmpty()) << "a new series empties the cache";
+        EXPECT_TRUE(Becomes([&] { return program.CacheFiles().empty(); }))
+            << "a new series empties the cache";
         PressKeys({"ctrl+q"});
         EXPECT_EQ(0, program.WaitForExit());
         EXPECT_TRUE(program.LocksAndSockets().empty());

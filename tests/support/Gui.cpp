@@ -4,6 +4,7 @@
 #include <wx/app.h>
 #include <wx/dcclient.h>
 #include <wx/dcmemory.h>
+#include <wx/settings.h>
 #include <wx/uiaction.h>
 #include <wx/utils.h>
 
@@ -14,8 +15,13 @@ namespace LS::Tests {
 
 namespace {
 
-constexpr int DOUBLE_CLICK_MS = 450; // a little more than the toolkit's 400
 constexpr int ROUND_MS = 5;
+
+/// Long enough for the next click to be one of its own.
+void WaitForNextClick()
+{
+    wxMilliSleep(static_cast<unsigned long>(wxSystemSettings::GetMetric(wxSYS_DCLICK_MSEC)) + 10);
+}
 
 } // namespace
 
@@ -36,10 +42,10 @@ void ShowAndWait(wxTopLevelWindow& window)
 {
     window.Show();
     window.Raise();
-    Pump(40);
-    for (int i = 0; HasWindowManager() && !window.IsActive() && i < 200; ++i)
+    for (int i = 0; HasWindowManager() && !window.IsActive() && i < 400; ++i)
         Pump(1);
-    Pump(20); // mapping moves the window once more
+    Pump(HasWindowManager() ? 10
+                            : 40); // mapping moves the window once more; without a manager nothing says when
 }
 
 void MoveTo(wxWindow& window, wxPoint at)
@@ -53,7 +59,7 @@ void Click(wxWindow& window, wxPoint at)
     MoveTo(window, at);
     wxUIActionSimulator().MouseClick();
     Pump();
-    wxMilliSleep(DOUBLE_CLICK_MS);
+    WaitForNextClick();
 }
 
 void Drag(wxWindow& window, wxPoint from, wxPoint to)
@@ -72,7 +78,7 @@ void Drag(wxWindow& window, wxPoint from, wxPoint to)
     }
     simulator.MouseUp();
     Pump();
-    wxMilliSleep(DOUBLE_CLICK_MS);
+    WaitForNextClick();
 }
 
 wxImage Screenshot(wxWindow& window)
