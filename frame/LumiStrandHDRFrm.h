@@ -154,6 +154,7 @@ private:
     SourceRecords m_images;               ///< row r of the grid shows record r
     std::int32_t m_placeholderRows;       ///< rows at the end of the grid that wait for images
     std::int32_t m_nextRowId = 0;
+    bool m_moveNamed = false;               ///< the kind of a slider's move came, its change is to follow
     bool m_modified = false;                ///< a result changed since it was saved
     std::unique_ptr<wxImage> m_resultImage; ///< the first preview of the latest merge
 
