@@ -96,6 +96,8 @@ private:
     void SelectMovedRows(const std::vector<int>& rows, int nStep);
     static bool RememberFolderOf(const wxArrayString& paths);
     void ToggleRow(int nRow);
+    bool IsTicked(int nRow) const;
+    void TickRow(int nRow, bool bOn);
 
     void OnNew(wxCommandEvent& event);
     void OnAddImage(wxCommandEvent& event);
@@ -105,6 +107,14 @@ private:
     void OnRangeSelect(wxGridRangeSelectEvent& event);
     void OnCellChange(wxGridEvent& event);
     void OnCellLeftClick(wxGridEvent& event);
+
+    // The source list by keys.
+    void GoToRow(int nRow);
+    void ExtendSelectionTo(int nRow);
+    void ToggleSelectedRows();
+    bool NavigateRows(const wxKeyEvent& event);
+    bool RunListKey(const wxKeyEvent& event);
+    void LeaveCellEditor(const wxKeyEvent& event);
     void OnGridKey(wxKeyEvent& event);
 
     // Create HDR Image.
