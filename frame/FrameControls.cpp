@@ -100,8 +100,8 @@ void LumiStrandHDRFrm::CreateMenus()
 
 void LumiStrandHDRFrm::CreateTools()
 {
-    m_toolBar = CreateToolBar(wxTB_FLAT | wxTB_DOCKABLE | wxTB_TEXT |
-                                  (m_horzToolbar ? wxTB_HORIZONTAL : wxTB_VERTICAL) |
+    // Without text: the tools have no labels, for which the toolkit would leave a line all the same.
+    m_toolBar = CreateToolBar(wxTB_FLAT | wxTB_DOCKABLE | (m_horzToolbar ? wxTB_HORIZONTAL : wxTB_VERTICAL) |
                                   (m_horzText ? wxTB_HORZ_LAYOUT : 0),
                               ID_TOOLBAR, "toolbar");
     m_toolBar->SetToolBitmapSize(wxSize(26, 26));
