@@ -64,7 +64,7 @@ void AboutSplashWnd::OnPaint(wxPaintEvent&)
 void AboutSplashWnd::Draw(wxDC& dc) const
 {
     if (m_background.IsOk())
-        dc.DrawBitmap(m_background, 0, 0, true);
+        dc.DrawBitmap(m_background.GetBitmapFor(this), 0, 0, true);
     dc.SetFont(m_font);
     dc.DrawText(m_versionText, VERSION_AT);
 

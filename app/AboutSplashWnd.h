@@ -40,7 +40,7 @@ private:
 
     int m_scrollPos; ///< y of the first line of the credits within their area
     wxTimer m_timer;
-    wxBitmap m_background;
+    wxBitmapBundle m_background;
     wxString m_versionText;
     wxFont m_font;
     bool m_autoClose = true; ///< the splash, not the about box
