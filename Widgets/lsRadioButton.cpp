@@ -1,6 +1,7 @@
 // Painting, mouse and keyboard of the image button.
 #include "Widgets/lsRadioButton.h"
 
+#include "Widgets/Background.h"
 #include "Widgets/DisabledPicture.h"
 
 #include <wx/dcclient.h>
@@ -69,8 +70,10 @@ wxEND_EVENT_TABLE()
 lsRadioButton::lsRadioButton(wxWindow* parent, wxWindowID id, const wxBitmapBundle& bitmap,
                              const wxPoint& pos, const wxSize& size, long style, const wxString& toolTip,
                              const wxValidator& validator, const wxString& name)
-    : wxControl(parent, id, pos, size, wxBORDER_NONE | wxCLIP_CHILDREN, validator, name), m_bmpLabel(bitmap)
+    : m_bmpLabel(bitmap)
 {
+    SetBackgroundStyle(wxBG_STYLE_PAINT); // the toolkit wants to know before the window exists
+    Create(parent, id, pos, size, wxBORDER_NONE | wxCLIP_CHILDREN, validator, name);
     SetWindowStyle(GetWindowStyle() | style);
     // A parent in the theme's colours shows through; what it names as its colour isn't quite what it paints.
     if (parent->UseBackgroundColour())
@@ -222,6 +225,7 @@ const wxBitmapBundle& lsRadioButton::PictureToShow()
 void lsRadioButton::OnPaint(wxPaintEvent&)
 {
     wxPaintDC dc(this);
+    PaintBackground(dc, *this);
     const wxSize area = Area();
     if (HasFlag(lsRB_SIDE_STRIP))
         PaintStrip(dc, area);

@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include <wx/aui/auibook.h>
+#include <wx/aui/dockart.h>
 #include <wx/checkbox.h>
 #include <wx/choice.h>
 #include <wx/grid.h>
@@ -116,6 +117,9 @@ void LumiStrandHDRFrm::CreatePages()
 {
     m_notebook = new wxAuiNotebook(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
                                    wxAUI_NB_TOP | wxFULL_REPAINT_ON_RESIZE);
+    // What it paints behind the pages, for those of their controls that paint it anew.
+    m_notebook->SetOwnBackgroundColour(
+        m_notebook->GetAuiManager().GetArtProvider()->GetColour(wxAUI_DOCKART_BACKGROUND_COLOUR));
     m_splitter = new LS::Widgets::wxSashSplitterWindow(m_notebook);
     m_splitter->SetSashGravity(1.0);
     wxWindow* const listPanel = CreateListPanel();
