@@ -5,21 +5,22 @@
 
 namespace {
 
-int Dragged(int origin, int moved, int side)
+int Dragged(int origin, int moved, int room)
 {
     const int target = origin - moved;
-    return 0 <= target && target <= side - VIEW_SIDE ? target : origin;
+    return 0 <= target && target <= room ? target : origin;
 }
 
 } // namespace
 
-wxRect CentredCrop(wxSize picture)
+wxRect CentredCrop(wxSize picture, int nSide)
 {
-    return {std::max((picture.x - VIEW_SIDE) / 2, 0), std::max((picture.y - VIEW_SIDE) / 2, 0),
-            std::min(picture.x, VIEW_SIDE), std::min(picture.y, VIEW_SIDE)};
+    return {std::max((picture.x - nSide) / 2, 0), std::max((picture.y - nSide) / 2, 0),
+            std::min(picture.x, nSide), std::min(picture.y, nSide)};
 }
 
-wxPoint DraggedOrigin(wxPoint origin, wxPoint from, wxPoint to, wxSize picture)
+wxPoint DraggedOrigin(wxPoint origin, wxPoint from, wxPoint to, wxSize picture, int nSide)
 {
-    return {Dragged(origin.x, to.x - from.x, picture.x), Dragged(origin.y, to.y - from.y, picture.y)};
+    return {Dragged(origin.x, to.x - from.x, picture.x - nSide),
+            Dragged(origin.y, to.y - from.y, picture.y - nSide)};
 }

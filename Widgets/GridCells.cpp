@@ -22,16 +22,40 @@ bool IsTicked(const wxGrid& grid, int row, int col)
 
 } // namespace
 
+void lsGridCellChoiceEditor::BeginEdit(int row, int col, wxGrid* grid)
+{
+    wxGridCellChoiceEditor::BeginEdit(row, col, grid);
+    if (Combo()->IsEditable())
+        Combo()->SelectAll(); // which leaves the cursor at the beginning
+}
+
+void lsGridCellChoiceEditor::StartingKey(wxKeyEvent& event)
+{
+    if (!Combo()->IsEditable()) {
+        event.Skip();
+        return;
+    }
+    const wxChar typed = event.GetUnicodeKey();
+    const bool bText = typed >= WXK_SPACE && typed != WXK_DELETE;
+    Combo()->SetValue(bText ? wxString(typed) : wxString());
+    Combo()->SetInsertionPointEnd();
+}
+
+wxGridCellEditor* lsGridCellChoiceEditor::Clone() const
+{
+    return new lsGridCellChoiceEditor(*this);
+}
+
 wxGridCellNumChoiceEditor::wxGridCellNumChoiceEditor(int count, const wxString choices[], float a, float b,
                                                      bool allowOthers)
-    : wxGridCellChoiceEditor(static_cast<std::size_t>(count), choices, allowOthers), m_max(std::max(a, b)),
+    : lsGridCellChoiceEditor(static_cast<std::size_t>(count), choices, allowOthers), m_max(std::max(a, b)),
       m_min(std::min(a, b))
 {
 }
 
 void wxGridCellNumChoiceEditor::BeginEdit(int row, int col, wxGrid* grid)
 {
-    wxGridCellChoiceEditor::BeginEdit(row, col, grid);
+    lsGridCellChoiceEditor::BeginEdit(row, col, grid);
     ShowOnlyOwnValue();
 }
 

@@ -3,10 +3,21 @@
 
 #include <wx/grid.h>
 
+/// The library's drop-down list, where free text is allowed with two things that it lacks: the character that
+/// opens it counts, and its text is shown from the beginning, selected as a whole.
+class lsGridCellChoiceEditor : public wxGridCellChoiceEditor {
+public:
+    using wxGridCellChoiceEditor::wxGridCellChoiceEditor;
+
+    void BeginEdit(int row, int col, wxGrid* grid) override;
+    void StartingKey(wxKeyEvent& event) override;
+    wxGridCellEditor* Clone() const override;
+};
+
 /// A drop-down list for numbers. The text that is picked or typed may be a number or a fraction such as
 /// "1/125"; the cell receives its value with four decimals. A text that is no number within the limits leaves
 /// the cell as it was and sends no event.
-class wxGridCellNumChoiceEditor : public wxGridCellChoiceEditor {
+class wxGridCellNumChoiceEditor : public lsGridCellChoiceEditor {
 public:
     /// @param a, b         the limits, both included, in either order
     /// @param allowOthers  whether other texts than those of the list may be typed

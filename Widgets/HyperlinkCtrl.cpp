@@ -1,8 +1,9 @@
 // Paints links and tells when they are followed.
 #include "Widgets/HyperlinkCtrl.h"
 
+#include "Widgets/Background.h"
+
 #include <wx/dcclient.h>
-#include <wx/renderer.h>
 
 namespace LS::Widgets {
 
@@ -32,6 +33,7 @@ lsHyperlinkCtrl::lsHyperlinkCtrl(wxWindow* parent, wxWindowID id, const wxString
 bool lsHyperlinkCtrl::Create(wxWindow* parent, wxWindowID id, const wxString& label, const wxPoint& pos,
                              const wxSize& size, long style, const wxString& name)
 {
+    SetBackgroundStyle(wxBG_STYLE_PAINT); // the toolkit wants to know before the window exists
     if (!wxControl::Create(parent, id, pos, size, style | wxBORDER_NONE, wxDefaultValidator, name))
         return false;
     m_label = label;
@@ -130,11 +132,16 @@ void lsHyperlinkCtrl::OnFocus(wxFocusEvent& event)
 void lsHyperlinkCtrl::OnPaint(wxPaintEvent&)
 {
     wxPaintDC dc(this);
+    PaintBackground(dc, *this);
     dc.SetFont(GetFont());
     dc.SetTextForeground(GetForegroundColour());
     dc.DrawText(m_label, 0, 0);
-    if (HasFocus())
-        wxRendererNative::Get().DrawFocusRect(this, dc, GetClientRect());
+    if (!HasFocus())
+        return;
+    // The theme's own mark isn't to be seen on so small a control.
+    dc.SetPen(wxPen(GetForegroundColour(), 1, wxPENSTYLE_DOT));
+    dc.SetBrush(*wxTRANSPARENT_BRUSH);
+    dc.DrawRectangle(GetClientRect());
 }
 
 } // namespace LS::Widgets

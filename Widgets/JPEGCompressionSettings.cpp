@@ -101,7 +101,7 @@ void JPEGCompressionSettings::SetImage(wxImage image, int quality)
     m_source = std::move(image);
     for (lsJpegCQCtrl* view : {m_originalCtrl, m_compressedCtrl})
         view->SetImageSize(m_source.GetWidth(), m_source.GetHeight());
-    m_viewRect = CentredCrop(m_source.GetSize());
+    m_viewRect = CentredCrop(m_source.GetSize(), m_originalCtrl->Side());
     m_cropped = m_source.GetSubImage(m_viewRect);
     m_slider->SetValue(quality);
     ShowCompressed(quality);

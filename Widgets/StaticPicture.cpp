@@ -10,6 +10,20 @@
 
 namespace LS::Widgets {
 
+namespace {
+
+/// A picture that is shown at a size, with as many of its pixels as the display has there.
+wxBitmap SharpBitmap(const wxImage& image, wxSize shown, double dScale)
+{
+    wxSize pixels = shown * dScale;
+    pixels.DecTo(image.GetSize());
+    const wxImage scaled =
+        pixels == image.GetSize() ? image : image.Scale(pixels.x, pixels.y, wxIMAGE_QUALITY_NORMAL);
+    return {scaled, wxBITMAP_SCREEN_DEPTH, static_cast<double>(pixels.x) / shown.x};
+}
+
+} // namespace
+
 wxIMPLEMENT_DYNAMIC_CLASS(lsStaticPicture, wxControl);
 
 // clang-format off
@@ -32,7 +46,7 @@ bool lsStaticPicture::Create(wxWindow* parent, wxWindowID id, const wxBitmap& bi
     m_bitmap = bitmap;
     wxSize initial = size;
     if (m_bitmap.IsOk())
-        initial.SetDefaults(m_bitmap.GetSize());
+        initial.SetDefaults(m_bitmap.GetLogicalSize());
     SetInitialSize(initial);
     return true;
 }
@@ -42,10 +56,8 @@ void lsStaticPicture::SetImage(const wxImage* image)
     m_bitmap = wxNullBitmap;
     if (image != nullptr && image->IsOk()) {
         const wxSize shown = FittedSize(image->GetSize(), GetClientSize());
-        if (shown == image->GetSize())
-            m_bitmap = wxBitmap(*image);
-        else if (shown.x > 0 && shown.y > 0) // a very long and thin one may vanish
-            m_bitmap = wxBitmap(image->Scale(shown.x, shown.y, wxIMAGE_QUALITY_NORMAL));
+        if (shown.x > 0 && shown.y > 0) // a very long and thin one may vanish
+            m_bitmap = SharpBitmap(*image, shown, GetContentScaleFactor());
     }
     Refresh();
 }
@@ -56,7 +68,7 @@ void lsStaticPicture::OnPaint(wxPaintEvent&)
     PrepareDC(dc);
     if (!m_bitmap.IsOk())
         return;
-    const wxSize room = GetClientSize() - m_bitmap.GetSize();
+    const wxSize room = GetClientSize() - m_bitmap.GetLogicalSize();
     dc.DrawBitmap(m_bitmap, std::max(room.x, 0) / 2, std::max(room.y, 0) / 2, true);
 }
 

@@ -5,7 +5,6 @@
 #include "resources/Pictures.h"
 
 #include <wx/dcbuffer.h>
-#include <wx/dcmemory.h>
 #include <wx/log.h>
 #include <wx/panel.h>
 
@@ -49,14 +48,19 @@ lsJpegCQCtrl::~lsJpegCQCtrl()
 void lsJpegCQCtrl::SetImageSize(int w, int h)
 {
     m_imageSize.Set(w, h);
-    s_origin = CentredCrop(m_imageSize).GetPosition();
+    s_origin = CentredCrop(m_imageSize, Side()).GetPosition();
+}
+
+int lsJpegCQCtrl::Side() const
+{
+    return wxRound(VIEW_SIDE * GetContentScaleFactor());
 }
 
 bool lsJpegCQCtrl::SetBitmap(const wxImage& image)
 {
     if (!image.IsOk())
         return false;
-    m_bitmap = std::make_unique<wxBitmap>(image);
+    m_bitmap = std::make_unique<wxBitmap>(image, wxBITMAP_SCREEN_DEPTH, GetContentScaleFactor());
     Refresh(true);
     return true;
 }
@@ -69,10 +73,8 @@ void lsJpegCQCtrl::OnPaint(wxPaintEvent&)
     dc.Clear();
     if (!m_bitmap || !m_bitmap->IsOk())
         return;
-    wxMemoryDC picture;
-    picture.SelectObjectAsSource(*m_bitmap);
     // Where the bitmap is smaller than the view, what it doesn't cover stays background.
-    dc.Blit(wxPoint(0, 0), GetClientSize(), &picture, wxPoint(0, 0), wxCOPY);
+    dc.DrawBitmap(*m_bitmap, 0, 0);
 }
 
 void lsJpegCQCtrl::OnEraseBackground(wxEraseEvent& event)
@@ -105,7 +107,9 @@ void lsJpegCQCtrl::OnMotion(wxMouseEvent& event)
 {
     if (!m_dragging)
         return;
-    const wxPoint moved = DraggedOrigin(s_origin, m_lastPos, event.GetPosition(), m_imageSize);
+    const double dScale = GetContentScaleFactor();
+    const wxPoint moved =
+        DraggedOrigin(s_origin, m_lastPos * dScale, event.GetPosition() * dScale, m_imageSize, Side());
     m_lastPos = event.GetPosition();
     if (moved != s_origin) {
         s_origin = moved;

@@ -42,6 +42,9 @@ public:
     /// Sets the size of the whole picture, and puts the crop of all views in its middle.
     void SetImageSize(int w, int h);
 
+    /// The side of the crop in pixels of the picture: each has one of the display.
+    int Side() const;
+
     /// Sets what the view shows.
     /// @return whether the image was valid; an invalid one changes nothing
     bool SetBitmap(const wxImage& image);

@@ -1,6 +1,7 @@
 // Painting, mouse and keyboard of the image button.
 #include "Widgets/lsRadioButton.h"
 
+#include "Widgets/Background.h"
 #include "Widgets/DisabledPicture.h"
 
 #include <wx/dcclient.h>
@@ -66,11 +67,13 @@ wxBEGIN_EVENT_TABLE(lsRadioButton, wxControl)
 wxEND_EVENT_TABLE()
 // clang-format on
 
-lsRadioButton::lsRadioButton(wxWindow* parent, wxWindowID id, const wxBitmap& bitmap, const wxPoint& pos,
-                             const wxSize& size, long style, const wxString& toolTip,
+lsRadioButton::lsRadioButton(wxWindow* parent, wxWindowID id, const wxBitmapBundle& bitmap,
+                             const wxPoint& pos, const wxSize& size, long style, const wxString& toolTip,
                              const wxValidator& validator, const wxString& name)
-    : wxControl(parent, id, pos, size, wxBORDER_NONE | wxCLIP_CHILDREN, validator, name), m_bmpLabel(bitmap)
+    : m_bmpLabel(bitmap)
 {
+    SetBackgroundStyle(wxBG_STYLE_PAINT); // the toolkit wants to know before the window exists
+    Create(parent, id, pos, size, wxBORDER_NONE | wxCLIP_CHILDREN, validator, name);
     SetWindowStyle(GetWindowStyle() | style);
     // A parent in the theme's colours shows through; what it names as its colour isn't quite what it paints.
     if (parent->UseBackgroundColour())
@@ -110,16 +113,16 @@ bool lsRadioButton::Enable(bool enable)
     return true;
 }
 
-void lsRadioButton::SetBitmapLabel(const wxBitmap& bitmap)
+void lsRadioButton::SetBitmapLabel(const wxBitmapBundle& bitmap)
 {
     m_bmpLabel = bitmap;
     if (m_disabledMade)
-        m_bmpDisabled = wxBitmap();
+        m_bmpDisabled = wxBitmapBundle();
     InvalidateBestSize();
     PlaceParts(true);
 }
 
-void lsRadioButton::SetBitmapDisabled(const wxBitmap& bitmap)
+void lsRadioButton::SetBitmapDisabled(const wxBitmapBundle& bitmap)
 {
     m_bmpDisabled = bitmap;
     m_disabledMade = false;
@@ -162,7 +165,7 @@ ImageButtonParts lsRadioButton::Parts() const
     else if (HasFlag(lsRB_LABEL_TOP))
         parts.place = LabelPlace::Top;
     if (m_bmpLabel.IsOk())
-        parts.picture = m_bmpLabel.GetLogicalSize();
+        parts.picture = m_bmpLabel.GetPreferredLogicalSizeFor(this);
     if (!m_label.empty())
         parts.label = GetTextExtent(m_label);
     parts.pictureMargin = m_bitmapMargin;
@@ -196,17 +199,16 @@ void lsRadioButton::PlaceParts(bool bRefresh)
         Refresh(false);
 }
 
-wxBitmap lsRadioButton::DisabledPicture() const
+wxBitmapBundle lsRadioButton::DisabledPicture() const
 {
     if (!m_bmpLabel.IsOk())
         return {};
-    const wxImage chequered = ChequeredPicture(m_bmpLabel.ConvertToImage(), GetBackgroundColour());
-    if (!chequered.IsOk())
-        return {};
-    return {chequered, wxBITMAP_SCREEN_DEPTH, m_bmpLabel.GetScaleFactor()};
+    const wxBitmap normal = m_bmpLabel.GetBitmap(wxDefaultSize);
+    const wxImage chequered = ChequeredPicture(normal.ConvertToImage(), GetBackgroundColour());
+    return wxBitmap(chequered, wxBITMAP_SCREEN_DEPTH, normal.GetScaleFactor());
 }
 
-const wxBitmap& lsRadioButton::PictureToShow()
+const wxBitmapBundle& lsRadioButton::PictureToShow()
 {
     if (IsEnabled()) {
         if (GetValue() && m_bmpSelected.IsOk())
@@ -223,6 +225,7 @@ const wxBitmap& lsRadioButton::PictureToShow()
 void lsRadioButton::OnPaint(wxPaintEvent&)
 {
     wxPaintDC dc(this);
+    PaintBackground(dc, *this);
     const wxSize area = Area();
     if (HasFlag(lsRB_SIDE_STRIP))
         PaintStrip(dc, area);
@@ -260,9 +263,9 @@ void lsRadioButton::PaintPressed(wxDC& dc, wxSize area) const
 
 void lsRadioButton::PaintParts(wxDC& dc)
 {
-    const wxBitmap& picture = PictureToShow();
+    const wxBitmapBundle& picture = PictureToShow();
     if (picture.IsOk())
-        dc.DrawBitmap(picture, m_bitmapPos, true);
+        dc.DrawBitmap(picture.GetBitmapFor(this), m_bitmapPos, true);
     if (m_label.empty())
         return;
     dc.SetFont(GetFont());

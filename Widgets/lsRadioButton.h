@@ -4,7 +4,7 @@
 #include "Widgets/ImageButtonLayout.h"
 #include "Widgets/RadioGroup.h"
 
-#include <wx/bitmap.h>
+#include <wx/bmpbndl.h>
 #include <wx/control.h>
 #include <wx/event.h>
 #include <wx/timer.h>
@@ -38,11 +38,11 @@ namespace LS::Widgets {
 /// press and release of the mouse.
 class lsRadioButton : public wxControl {
 public:
-    /// @param bitmap  the normal picture, or the null bitmap
+    /// @param bitmap  the normal picture, or none
     /// @param size    a default width or height is replaced by the best one
     /// @param style   lsRB_ styles, added to the control's own
     /// @param toolTip names the button for those who can't see its picture
-    lsRadioButton(wxWindow* parent, wxWindowID id, const wxBitmap& bitmap,
+    lsRadioButton(wxWindow* parent, wxWindowID id, const wxBitmapBundle& bitmap,
                   const wxPoint& pos = wxDefaultPosition, const wxSize& size = wxDefaultSize, long style = 0,
                   const wxString& toolTip = wxEmptyString, const wxValidator& validator = wxDefaultValidator,
                   const wxString& name = "lsRadioButton");
@@ -56,10 +56,10 @@ public:
     wxString GetLabel() const override { return m_label; }
     bool Enable(bool enable = true) override;
 
-    void SetBitmapLabel(const wxBitmap& bitmap);
+    void SetBitmapLabel(const wxBitmapBundle& bitmap);
 
     /// Without one, a chequered copy of the normal picture is made when it is first needed.
-    void SetBitmapDisabled(const wxBitmap& bitmap);
+    void SetBitmapDisabled(const wxBitmapBundle& bitmap);
 
     /// Margins around label and picture; `fit` makes the best size the new initial size.
     void SetLabelMargin(const wxSize& size, bool fit = false);
@@ -75,8 +75,8 @@ private:
     void PlaceParts(bool bRefresh);
     void ApplyMargins(bool bFit);
 
-    wxBitmap DisabledPicture() const;
-    const wxBitmap& PictureToShow();
+    wxBitmapBundle DisabledPicture() const;
+    const wxBitmapBundle& PictureToShow();
     void PaintStrip(wxDC& dc, wxSize area) const;
     void PaintPressed(wxDC& dc, wxSize area) const;
     void PaintParts(wxDC& dc);
@@ -102,10 +102,10 @@ private:
     void OnFocus(wxFocusEvent& event);
 
     wxString m_label;
-    wxBitmap m_bmpLabel;
-    wxBitmap m_bmpSelected; ///< while the value is true; optional
-    wxBitmap m_bmpFocus;    ///< while the mouse is over; optional
-    wxBitmap m_bmpDisabled; ///< made on demand if absent
+    wxBitmapBundle m_bmpLabel;
+    wxBitmapBundle m_bmpSelected; ///< while the value is true; optional
+    wxBitmapBundle m_bmpFocus;    ///< while the mouse is over; optional
+    wxBitmapBundle m_bmpDisabled; ///< made on demand if absent
     wxSize m_labelMargin{4, 4};
     wxSize m_bitmapMargin{2, 2};
     wxPoint m_bitmapPos;

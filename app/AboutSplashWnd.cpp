@@ -20,7 +20,7 @@ const wxRect CREDITS_AREA(170, 80, 150, 150);
 
 wxBEGIN_EVENT_TABLE(AboutSplashWnd, wxDialog) EVT_TIMER(wxID_ANY, AboutSplashWnd::OnTimer)
     EVT_PAINT(AboutSplashWnd::OnPaint) EVT_ERASE_BACKGROUND(AboutSplashWnd::OnEraseBackground)
-        EVT_MOUSE_EVENTS(AboutSplashWnd::OnMouse) wxEND_EVENT_TABLE()
+        EVT_MOUSE_EVENTS(AboutSplashWnd::OnMouse) EVT_CHAR_HOOK(AboutSplashWnd::OnKey) wxEND_EVENT_TABLE()
 
 AboutSplashWnd::AboutSplashWnd(wxWindow* parent, wxWindowID id, const wxString& title, const wxPoint& pos,
                                const wxSize& size, long style)
@@ -42,6 +42,8 @@ void AboutSplashWnd::SetAboutMode()
 {
     m_scrollPos = CREDITS_START;
     m_autoClose = false;
+    SetCanFocus(true); // there is no control that the toolkit would give the keys to
+    SetFocus();
     StartTimer();
 }
 
@@ -62,7 +64,7 @@ void AboutSplashWnd::OnPaint(wxPaintEvent&)
 void AboutSplashWnd::Draw(wxDC& dc) const
 {
     if (m_background.IsOk())
-        dc.DrawBitmap(m_background, 0, 0, true);
+        dc.DrawBitmap(m_background.GetBitmapFor(this), 0, 0, true);
     dc.SetFont(m_font);
     dc.DrawText(m_versionText, VERSION_AT);
 
@@ -95,6 +97,16 @@ void AboutSplashWnd::OnMouse(wxMouseEvent& event)
     if (event.LeftDown() || event.RightDown()) {
         StopTimer();
         EndRun();
+    }
+    event.Skip();
+}
+
+void AboutSplashWnd::OnKey(wxKeyEvent& event)
+{
+    if (event.GetKeyCode() == WXK_ESCAPE && !m_autoClose) {
+        StopTimer();
+        EndRun();
+        return;
     }
     event.Skip();
 }

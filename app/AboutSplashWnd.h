@@ -1,14 +1,14 @@
 // The window with the program's picture, version and credits: the splash at its start, the about box later.
 #pragma once
 
-#include <wx/bitmap.h>
+#include <wx/bmpbndl.h>
 #include <wx/dialog.h>
 #include <wx/font.h>
 #include <wx/timer.h>
 
 /// A picture without a border, over which the credits scroll. Run it by ShowModal; the result is wxID_OK.
 /// As it is made it is the splash, which ends by itself after some four seconds; after SetAboutMode it stays.
-/// In both uses a press of the left or right mouse button ends it.
+/// In both uses a press of the left or right mouse button ends it, and Escape the about box.
 class AboutSplashWnd : public wxDialog {
 public:
     /// The timer runs from here on.
@@ -31,6 +31,7 @@ private:
     void OnPaint(wxPaintEvent& event);
     void OnEraseBackground(wxEraseEvent& event);
     void OnMouse(wxMouseEvent& event);
+    void OnKey(wxKeyEvent& event);
 
     void StartTimer();
     void StopTimer();
@@ -39,7 +40,7 @@ private:
 
     int m_scrollPos; ///< y of the first line of the credits within their area
     wxTimer m_timer;
-    wxBitmap m_background;
+    wxBitmapBundle m_background;
     wxString m_versionText;
     wxFont m_font;
     bool m_autoClose = true; ///< the splash, not the about box

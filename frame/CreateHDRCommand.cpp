@@ -163,4 +163,5 @@ void LumiStrandHDRFrm::FillCurveList()
     m_curveChoice->Clear();
     m_curveChoice->Append(wxGetTranslation("Standard"));
     m_curveChoice->Append(SavedCurveNames());
+    m_curveChoice->GetParent()->Layout(); // the list is as wide as its longest entry, as far as the page goes
 }

@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include <wx/aui/auibook.h>
+#include <wx/aui/dockart.h>
 #include <wx/checkbox.h>
 #include <wx/choice.h>
 #include <wx/grid.h>
@@ -100,8 +101,8 @@ void LumiStrandHDRFrm::CreateMenus()
 
 void LumiStrandHDRFrm::CreateTools()
 {
-    m_toolBar = CreateToolBar(wxTB_FLAT | wxTB_DOCKABLE | wxTB_TEXT |
-                                  (m_horzToolbar ? wxTB_HORIZONTAL : wxTB_VERTICAL) |
+    // Without text: the tools have no labels, for which the toolkit would leave a line all the same.
+    m_toolBar = CreateToolBar(wxTB_FLAT | wxTB_DOCKABLE | (m_horzToolbar ? wxTB_HORIZONTAL : wxTB_VERTICAL) |
                                   (m_horzText ? wxTB_HORZ_LAYOUT : 0),
                               ID_TOOLBAR, "toolbar");
     m_toolBar->SetToolBitmapSize(wxSize(26, 26));
@@ -116,6 +117,9 @@ void LumiStrandHDRFrm::CreatePages()
 {
     m_notebook = new wxAuiNotebook(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
                                    wxAUI_NB_TOP | wxFULL_REPAINT_ON_RESIZE);
+    // What it paints behind the pages, for those of their controls that paint it anew.
+    m_notebook->SetOwnBackgroundColour(
+        m_notebook->GetAuiManager().GetArtProvider()->GetColour(wxAUI_DOCKART_BACKGROUND_COLOUR));
     m_splitter = new LS::Widgets::wxSashSplitterWindow(m_notebook);
     m_splitter->SetSashGravity(1.0);
     wxWindow* const listPanel = CreateListPanel();

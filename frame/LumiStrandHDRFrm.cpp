@@ -59,11 +59,14 @@ void EnableIfDifferent(wxWindow& window, std::optional<bool> bOn)
 
 LumiStrandHDRFrm::LumiStrandHDRFrm(wxWindow* parent, wxWindowID id, const wxString& title, const wxPoint& pos,
                                    const wxSize& size, long style, const wxString& name)
-    : wxFrame(parent, id, title, pos, size, style, name), m_placeholderRows(WINDOW_ROWS)
+    : wxFrame(parent, id, title, pos, wxDefaultSize, style, name), m_placeholderRows(WINDOW_ROWS)
 {
     CreateMenus();
     CreateTools();
     SetIcons(LS::Resources::ApplicationIcon());
+    // Given as the size of the client area: with any other the toolkit waits for the window manager's
+    // borders, and meanwhile lays out the bars two pixels wide, which GTK reports as errors.
+    SetClientSize(size - GetSize() + GetClientSize());
     SetMinSize(GetClientSize());
     CreatePages();
     SetAutoLayout(true);

@@ -100,6 +100,8 @@ private:
     void SelectMovedRows(const std::vector<int>& rows, int nStep);
     static bool RememberFolderOf(const wxArrayString& paths);
     void ToggleRow(int nRow);
+    bool IsTicked(int nRow) const;
+    void TickRow(int nRow, bool bOn);
 
     void OnNew(wxCommandEvent& event);
     void OnAddImage(wxCommandEvent& event);
@@ -109,6 +111,14 @@ private:
     void OnRangeSelect(wxGridRangeSelectEvent& event);
     void OnCellChange(wxGridEvent& event);
     void OnCellLeftClick(wxGridEvent& event);
+
+    // The source list by keys.
+    void GoToRow(int nRow);
+    void ExtendSelectionTo(int nRow);
+    void ToggleSelectedRows();
+    bool NavigateRows(const wxKeyEvent& event);
+    bool RunListKey(const wxKeyEvent& event);
+    void LeaveCellEditor(const wxKeyEvent& event);
     void OnGridKey(wxKeyEvent& event);
 
     // Create HDR Image.
@@ -159,6 +169,7 @@ private:
     SourceRecords m_images;               ///< row r of the grid shows record r
     std::int32_t m_placeholderRows;       ///< rows at the end of the grid that wait for images
     std::int32_t m_nextRowId = 0;
+    bool m_moveNamed = false;               ///< the kind of a slider's move came, its change is to follow
     bool m_modified = false;                ///< a result changed since it was saved
     std::unique_ptr<wxImage> m_resultImage; ///< the first preview of the latest merge
 

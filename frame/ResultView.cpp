@@ -8,6 +8,8 @@
 #include <wx/slider.h>
 #include <wx/utils.h>
 
+#include <utility>
+
 namespace {
 
 /// One recompute when a drag ends or a page is stepped, none while the thumb moves or an arrow key is
@@ -38,7 +40,11 @@ void LumiStrandHDRFrm::OnBitDepth(wxCommandEvent& event)
 
 void LumiStrandHDRFrm::OnToneSlider(wxScrollEvent& event)
 {
-    if (!EndsAMove(event.GetEventType()))
+    const wxEventType type = event.GetEventType();
+    const bool bNamed =
+        std::exchange(m_moveNamed, type != wxEVT_SCROLL_CHANGED && type != wxEVT_SCROLL_THUMBTRACK);
+    const bool bWheel = type == wxEVT_SCROLL_CHANGED && !bNamed; // each other move has a name
+    if (!bWheel && !EndsAMove(type))
         return;
     const wxBusyCursor busy;
     std::int32_t nWidth = 0, nHeight = 0;

@@ -27,7 +27,7 @@ wxGridCellEditor* NumberEditor(std::span<const wxString> entries, float fMin, fl
 
 wxGridCellEditor* TextEditor(std::span<const wxString> entries)
 {
-    return new wxGridCellChoiceEditor(entries.size(), entries.data(), true);
+    return new lsGridCellChoiceEditor(entries.size(), entries.data(), true);
 }
 
 void SetUpCheckBoxCell(wxGrid& grid, int nRow)
@@ -98,6 +98,20 @@ void SetUpSelection(wxGrid& grid)
     grid.SetSelectionForeground(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT));
 }
 
+/// Hands the focus on to the window of the cells: only that one shows it, but the toolkit's own Tab stops at
+/// the frame around it.
+void PassFocusToCells(wxFocusEvent& event)
+{
+    event.Skip();
+    auto* const grid = dynamic_cast<wxGrid*>(event.GetEventObject());
+    if (!grid)
+        return; // the cells have it
+    grid->CallAfter([grid] {
+        if (grid->HasFocus()) // which it hasn't while Tab leaves it again
+            grid->GetGridWindow()->SetFocus();
+    });
+}
+
 } // namespace
 
 wxGrid* CreateSourceGrid(wxWindow* parent)
@@ -113,6 +127,7 @@ wxGrid* CreateSourceGrid(wxWindow* parent)
     grid->SetDefaultCellOverflow(false);
     for (int nRow = 0; nRow < WINDOW_ROWS; ++nRow)
         SetUpWindowRow(*grid, nRow);
+    grid->Bind(wxEVT_SET_FOCUS, PassFocusToCells);
     return grid;
 }
 

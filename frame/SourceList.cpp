@@ -13,6 +13,8 @@
 #include "image/ImageCache.h"
 #include "xml/Config.h"
 
+#include <algorithm>
+
 #include <wx/grid.h>
 #include <wx/log.h>
 #include <wx/utils.h>
@@ -39,18 +41,6 @@ bool TakeExif(lsImage& image)
     image.SetFNumber(values.fNumber);
     image.SetExposureBias(values.exposureBias);
     return outcome == ExifOutcome::Read;
-}
-
-/// Moves the focus to the control before or behind the grid; the grid's parts come first in the toolkit's
-/// order.
-void LeaveGrid(wxGrid& grid, int nDirection)
-{
-    constexpr int MOST_PARTS = 8;
-    for (int i = 0; i < MOST_PARTS; ++i) {
-        grid.Navigate(nDirection);
-        if (!grid.IsDescendant(wxWindow::FindFocus())) // which it is of itself, too
-            return;
-    }
 }
 
 } // namespace
@@ -83,7 +73,7 @@ void LumiStrandHDRFrm::ResetForNewSeries(const wxArrayString& paths)
     DeleteLastRows(m_placeholderRows);
     m_placeholderRows = 0;
     if (m_grid->GetNumberRows() > 0 && !m_grid->IsSelection())
-        m_grid->SelectRow(0, false);
+        GoToRow(0);
 }
 
 void LumiStrandHDRFrm::ClearList()
@@ -181,7 +171,7 @@ void LumiStrandHDRFrm::OnRemoveImage(wxCommandEvent&)
     if (m_images.empty())
         m_nextRowId = 0;
     else
-        m_grid->SelectRow(0, false);
+        GoToRow(0);
 }
 
 void LumiStrandHDRFrm::OnMoveUp(wxCommandEvent&)
@@ -222,6 +212,7 @@ void LumiStrandHDRFrm::SelectMovedRows(const std::vector<int>& rows, int nStep)
             m_grid->SelectRow(rows[i - 1] + nStep, true);
     }
     m_grid->SelectRow(rows.front() + nStep, true);
+    m_grid->SetGridCursor(rows.front() + nStep, std::max(m_grid->GetGridCursorCol(), 0));
 }
 
 void LumiStrandHDRFrm::OnRangeSelect(wxGridRangeSelectEvent& event)
@@ -272,23 +263,17 @@ void LumiStrandHDRFrm::OnCellLeftClick(wxGridEvent& event)
 
 void LumiStrandHDRFrm::ToggleRow(int nRow)
 {
-    if (static_cast<std::size_t>(nRow) >= m_images.size())
-        return;
-    const bool bOn = m_grid->GetCellValue(nRow, COL_ENABLED) != "1";
-    m_grid->SetCellValue(nRow, COL_ENABLED, bOn ? "1" : "");
-    m_images[static_cast<std::size_t>(nRow)]->SetEnabled(bOn);
+    if (static_cast<std::size_t>(nRow) < m_images.size())
+        TickRow(nRow, !IsTicked(nRow));
 }
 
-/// For those who work without a mouse: Space on a check box does what a click does, and Tab leaves the list
-/// at once. It would go through the cells otherwise, and lose the selected rows that the buttons work on.
-void LumiStrandHDRFrm::OnGridKey(wxKeyEvent& event)
+bool LumiStrandHDRFrm::IsTicked(int nRow) const
 {
-    const int nKey = event.GetKeyCode();
-    if (nKey == WXK_SPACE && !event.HasAnyModifiers() && m_grid->GetGridCursorCol() == COL_ENABLED)
-        ToggleRow(m_grid->GetGridCursorRow());
-    else if (nKey == WXK_TAB && !event.HasModifiers() && !m_grid->IsCellEditControlShown())
-        LeaveGrid(*m_grid,
-                  event.ShiftDown() ? wxNavigationKeyEvent::IsBackward : wxNavigationKeyEvent::IsForward);
-    else
-        event.Skip();
+    return m_grid->GetCellValue(nRow, COL_ENABLED) == "1";
+}
+
+void LumiStrandHDRFrm::TickRow(int nRow, bool bOn)
+{
+    m_grid->SetCellValue(nRow, COL_ENABLED, bOn ? "1" : "");
+    m_images[static_cast<std::size_t>(nRow)]->SetEnabled(bOn);
 }

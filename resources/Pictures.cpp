@@ -29,7 +29,6 @@ namespace LS::Resources {
 namespace {
 
 using Bytes = std::span<const unsigned char>;
-using Xpm = const char* const*;
 
 // clang-format off
 constexpr unsigned char ICON_16[] = {
@@ -56,6 +55,51 @@ constexpr unsigned char ICON_256[] = {
 constexpr unsigned char SPLASH[] = {
 #include "splash.inc"
 };
+constexpr unsigned char SPLASH_2X[] = {
+#include "splash-2x.inc"
+};
+constexpr unsigned char NEW_2X[] = {
+#include "new-2x.inc"
+};
+constexpr unsigned char NEW_DISABLED_2X[] = {
+#include "new_disabled-2x.inc"
+};
+constexpr unsigned char CREATE_HDR_2X[] = {
+#include "create_hdr-2x.inc"
+};
+constexpr unsigned char CREATE_HDR_DISABLED_2X[] = {
+#include "create_hdr_disabled-2x.inc"
+};
+constexpr unsigned char SAVE_2X[] = {
+#include "save-2x.inc"
+};
+constexpr unsigned char SAVE_DISABLED_2X[] = {
+#include "save_disabled-2x.inc"
+};
+constexpr unsigned char ADD_2X[] = {
+#include "add-2x.inc"
+};
+constexpr unsigned char ADD_DISABLED_2X[] = {
+#include "add_disabled-2x.inc"
+};
+constexpr unsigned char REMOVE_2X[] = {
+#include "remove-2x.inc"
+};
+constexpr unsigned char REMOVE_DISABLED_2X[] = {
+#include "remove_disabled-2x.inc"
+};
+constexpr unsigned char MOVE_UP_2X[] = {
+#include "move_up-2x.inc"
+};
+constexpr unsigned char MOVE_UP_DISABLED_2X[] = {
+#include "move_up_disabled-2x.inc"
+};
+constexpr unsigned char MOVE_DOWN_2X[] = {
+#include "move_down-2x.inc"
+};
+constexpr unsigned char MOVE_DOWN_DISABLED_2X[] = {
+#include "move_down_disabled-2x.inc"
+};
 // clang-format on
 
 /// By a handler of its own, so that it doesn't matter whether the program's are there yet.
@@ -67,33 +111,59 @@ wxImage FromPng(Bytes png)
     return image;
 }
 
-Xpm CommandXpm(Command command, Form form)
+/// A picture in both sizes.
+wxBitmapBundle InTwoSizes(const wxBitmap& picture, Bytes doubled)
 {
-    const bool bNormal = form == Form::Normal;
+    return wxBitmapBundle::FromBitmaps(picture, wxBitmap(FromPng(doubled)));
+}
+
+wxBitmapBundle NormalPicture(Command command)
+{
     switch (command) {
     case Command::New:
-        return bNormal ? new_xpm : new_disabled_xpm;
+        return InTwoSizes(wxBitmap(new_xpm), NEW_2X);
     case Command::CreateHDR:
-        return bNormal ? create_hdr_xpm : create_hdr_disabled_xpm;
+        return InTwoSizes(wxBitmap(create_hdr_xpm), CREATE_HDR_2X);
     case Command::Save:
-        return bNormal ? save_xpm : save_disabled_xpm;
+        return InTwoSizes(wxBitmap(save_xpm), SAVE_2X);
     case Command::Add:
-        return bNormal ? add_xpm : add_disabled_xpm;
+        return InTwoSizes(wxBitmap(add_xpm), ADD_2X);
     case Command::Remove:
-        return bNormal ? remove_xpm : remove_disabled_xpm;
+        return InTwoSizes(wxBitmap(remove_xpm), REMOVE_2X);
     case Command::MoveUp:
-        return bNormal ? move_up_xpm : move_up_disabled_xpm;
+        return InTwoSizes(wxBitmap(move_up_xpm), MOVE_UP_2X);
     case Command::MoveDown:
-        return bNormal ? move_down_xpm : move_down_disabled_xpm;
+        return InTwoSizes(wxBitmap(move_down_xpm), MOVE_DOWN_2X);
     }
-    return nullptr;
+    return {};
+}
+
+wxBitmapBundle DisabledPicture(Command command)
+{
+    switch (command) {
+    case Command::New:
+        return InTwoSizes(wxBitmap(new_disabled_xpm), NEW_DISABLED_2X);
+    case Command::CreateHDR:
+        return InTwoSizes(wxBitmap(create_hdr_disabled_xpm), CREATE_HDR_DISABLED_2X);
+    case Command::Save:
+        return InTwoSizes(wxBitmap(save_disabled_xpm), SAVE_DISABLED_2X);
+    case Command::Add:
+        return InTwoSizes(wxBitmap(add_disabled_xpm), ADD_DISABLED_2X);
+    case Command::Remove:
+        return InTwoSizes(wxBitmap(remove_disabled_xpm), REMOVE_DISABLED_2X);
+    case Command::MoveUp:
+        return InTwoSizes(wxBitmap(move_up_disabled_xpm), MOVE_UP_DISABLED_2X);
+    case Command::MoveDown:
+        return InTwoSizes(wxBitmap(move_down_disabled_xpm), MOVE_DOWN_DISABLED_2X);
+    }
+    return {};
 }
 
 } // namespace
 
-wxBitmap CommandPicture(Command command, Form form)
+wxBitmapBundle CommandPicture(Command command, Form form)
 {
-    return wxBitmap(CommandXpm(command, form));
+    return form == Form::Normal ? NormalPicture(command) : DisabledPicture(command);
 }
 
 wxIconBundle ApplicationIcon()
@@ -108,9 +178,9 @@ wxIconBundle ApplicationIcon()
     return icons;
 }
 
-wxBitmap SplashPicture()
+wxBitmapBundle SplashPicture()
 {
-    return wxBitmap(FromPng(SPLASH));
+    return InTwoSizes(wxBitmap(FromPng(SPLASH)), SPLASH_2X);
 }
 
 wxImage HandCursor(Hand hand)

@@ -1,7 +1,8 @@
-// The icon and the pictures of the program, held within it.
+// The icon and the pictures of the program, held within it. Bundles hold a picture for displays of scale 2
+// too.
 #pragma once
 
-#include <wx/bitmap.h>
+#include <wx/bmpbndl.h>
 #include <wx/iconbndl.h>
 #include <wx/image.h>
 
@@ -13,15 +14,16 @@ enum class Command { New, CreateHDR, Save, Add, Remove, MoveUp, MoveDown };
 
 enum class Form { Normal, Disabled };
 
-/// A command's picture, with a mask around it. The disabled form is grey, legible on light and dark themes.
-wxBitmap CommandPicture(Command command, Form form = Form::Normal);
+/// A command's picture, with a mask or transparency around it. The disabled form is grey, legible on light
+/// and dark themes.
+wxBitmapBundle CommandPicture(Command command, Form form = Form::Normal);
 
 /// The application's icon in 16, 24, 32, 48, 64, 128 and 256 pixels.
 wxIconBundle ApplicationIcon();
 
 /// The picture of the splash and about window: 481 x 294, 236 colours. It is light where that window draws
 /// its text.
-wxBitmap SplashPicture();
+wxBitmapBundle SplashPicture();
 
 enum class Hand { Open, Gripping };
 

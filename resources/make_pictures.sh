@@ -48,13 +48,20 @@ write_xpm() {
         }' >"pictures/$name.xpm"
 }
 
-# A picture and its disabled form: grey, between what is legible on light and on dark themes.
+# grey PICTURE OUTPUT: the disabled form, between what is legible on light and on dark themes.
+grey() {
+    convert "$1" -channel RGB -grayscale Rec601Luma +level 42%,78% +channel -strip "$2"
+}
+
+# A picture and its disabled form, and both for displays of scale 2.
 command_picture() {
     local name=$1 width=$2 height=$3
     render "$name" "$width" "$height" "$work/$name.png"
     write_xpm "$name" "$work/$name.png"
-    convert "$work/$name.png" -channel RGB -grayscale Rec601Luma +level 42%,78% +channel "$work/grey.png"
+    grey "$work/$name.png" "$work/grey.png"
     write_xpm "${name}_disabled" "$work/grey.png"
+    render "$name" $((2 * width)) $((2 * height)) "pictures/$name-2x.png"
+    grey "pictures/$name-2x.png" "PNG32:pictures/${name}_disabled-2x.png"
 }
 
 for name in new create_hdr save; do
@@ -88,6 +95,9 @@ convert "$work/splash.png" -alpha off -quantize sRGB -treedepth 7 -dither FloydS
     echo "The splash picture has another number of colours: choose another depth." >&2
     exit 1
 }
+
+render splash 962 588 "$work/splash-2x.png"
+convert "$work/splash-2x.png" -alpha off -dither FloydSteinberg -colors 256 -strip "PNG8:pictures/splash-2x.png"
 
 # A test compares these, so that no source changes without its pictures.
 sha256sum make_pictures.sh svg/*.svg pictures/*.xpm pictures/*.png >SHA256SUMS

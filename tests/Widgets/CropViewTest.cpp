@@ -46,5 +46,8 @@ TEST(CropView, FollowsTheHandInsideThePicture)
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         EXPECT_EQ(c.moved, DraggedOrigin(c.origin, c.from, c.to, c.picture));
+        // At scale 2 every length is twice as large.
+        EXPECT_EQ(c.moved * 2,
+                  DraggedOrigin(c.origin * 2, c.from * 2, c.to * 2, c.picture * 2, 2 * VIEW_SIDE));
     }
 }

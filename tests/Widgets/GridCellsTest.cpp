@@ -132,27 +132,43 @@ TEST_F(GridCells, ACellThatWasOnlyLookedAtKeepsItsValue)
     }
 }
 
-TEST_F(GridCells, NumberEditorWithTheKeyboard)
+TEST_F(GridCells, EditorsWithTheKeyboard)
 {
+    m_grid->SetCellEditor(0, 2, new lsGridCellChoiceEditor(4, SHUTTERS, true));
     m_grid->SetFocus();
-    m_grid->SetGridCursor(0, 1);
     Pump(20);
     wxUIActionSimulator simulator;
-    const auto type = [&](const char* text) {
-        simulator.Char(WXK_F2);
+    struct Case {
+        const char* szWhat;
+        int nRow, nColumn;
+        bool bF2; ///< opens the editor; else the first character does
+        const char *szTyped, *szAfter;
+    };
+    const Case cases[] = {
+        {"over the text that is there", 0, 1, true, "1/4", "0.2500"},
+        {"no number", 0, 1, true, "x/4", "0.002857"},
+        {"the first character counts", 0, 1, false, "16", "16.0000"},
+        {"of a fraction too", 0, 1, false, "1/3", "0.3333"},
+        {"and that of a text", 0, 2, false, "16", "16"},
+        {"a list without free text", 1, 1, false, "16", "0.002857"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.szWhat);
+        m_grid->SetCellValue(c.nRow, c.nColumn, "0.002857");
+        m_grid->SetGridCursor(c.nRow, c.nColumn);
+        if (c.bF2) {
+            simulator.Char(WXK_F2);
+            Pump(20);
+            const wxGridCellEditorPtr editor(m_grid->GetCellEditor(c.nRow, c.nColumn));
+            EXPECT_EQ(0, dynamic_cast<wxComboBox&>(*editor->GetControl()).GetInsertionPoint())
+                << "the beginning is what is shown";
+        }
+        simulator.Text(c.szTyped);
         Pump(20);
-        simulator.Char('A', wxMOD_CONTROL);
-        Pump();
-        simulator.Text(text);
-        Pump();
         simulator.Char(WXK_RETURN);
         Pump(20);
-        m_grid->SetGridCursor(0, 1);
-        return m_grid->GetCellValue(0, 1);
-    };
-    EXPECT_EQ("0.2500", type("1/4"));
-    EXPECT_EQ("0.2500", type("x/4"));
-    EXPECT_EQ("2.0000", type("2"));
+        EXPECT_EQ(c.szAfter, m_grid->GetCellValue(c.nRow, c.nColumn));
+    }
 }
 
 TEST_F(GridCells, NumbersAreDrawnTheSameInEveryLanguage)
@@ -183,6 +199,10 @@ TEST_F(GridCells, VetoLeavesTheCell)
 
 TEST_F(GridCells, ClonesAreWhole)
 {
+    const wxGridCellEditorPtr plain(new lsGridCellChoiceEditor(4, SHUTTERS, true));
+    const wxGridCellEditorPtr copy(plain->Clone());
+    EXPECT_NE(nullptr, dynamic_cast<lsGridCellChoiceEditor*>(copy.get()));
+
     wxGridCellEditor* const editor = m_grid->GetCellEditor(1, 1);
     m_grid->SetCellEditor(0, 1, editor->Clone());
     editor->DecRef();

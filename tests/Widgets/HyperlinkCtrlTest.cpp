@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <wx/frame.h>
 #include <wx/panel.h>
+#include <wx/textctrl.h>
 #include <wx/uiaction.h>
 
 using namespace LS::Tests;
@@ -87,11 +88,15 @@ TEST_F(HyperlinkCtrl, EachPressSendsOneEvent)
     EXPECT_EQ(4, m_nFollowed);
 }
 
-TEST_F(HyperlinkCtrl, KeysFollowItToo)
+TEST_F(HyperlinkCtrl, FocusIsSeenAndKeysFollowItToo)
 {
+    auto* const other = new wxTextCtrl(m_panel, wxID_ANY, "", {20, 100});
+    other->SetFocus();
+    const int nWithoutFocus = Pixels("BLUE");
     m_link->SetFocus();
     Pump(20);
     ASSERT_TRUE(m_link->HasFocus());
+    EXPECT_GT(Pixels("BLUE"), nWithoutFocus + m_link->GetSize().x / 2) << "a dotted frame";
     wxUIActionSimulator simulator;
     for (const int key : std::initializer_list<int>{WXK_SPACE, WXK_RETURN, 'A'}) {
         simulator.Char(key);

@@ -131,19 +131,25 @@ TEST(AboutSplashWnd, PressOfLeftOrRightButtonEndsItAtOnce)
     }
 }
 
-TEST(AboutSplashWnd, NothingElseEndsIt)
+TEST(AboutSplashWnd, NothingElseEndsItButEscapeTheAboutBox)
 {
-    Window window;
-    window.SetAboutMode();
-    RunModally(window, [&] {
-        Press(window, wxMOUSE_BTN_MIDDLE);
-        MoveTo(window, {200, 150});
-        for (const int nKey : {WXK_ESCAPE, WXK_RETURN, WXK_SPACE, WXK_F4}) {
-            PressKey(window, nKey);
-            EXPECT_TRUE(window.IsModal()) << nKey;
-        }
-        Press(window, wxMOUSE_BTN_LEFT);
-    });
+    for (const bool bAbout : {false, true}) {
+        SCOPED_TRACE(bAbout ? "about" : "splash");
+        Window window;
+        if (bAbout)
+            window.SetAboutMode();
+        RunModally(window, [&] {
+            Press(window, wxMOUSE_BTN_MIDDLE);
+            MoveTo(window, {200, 150});
+            for (const int nKey : {WXK_RETURN, WXK_SPACE, WXK_F4}) {
+                PressKey(window, nKey);
+                EXPECT_TRUE(window.IsModal()) << nKey;
+            }
+            PressKey(window, WXK_ESCAPE);
+            EXPECT_NE(bAbout, window.IsModal());
+            Press(window, wxMOUSE_BTN_LEFT);
+        });
+    }
 }
 
 TEST(AboutSplashWnd, CreditsStayInTheirArea)

@@ -332,6 +332,20 @@ TEST_F(Merge, SizesThatNobodyToldFailCleanly)
     }
 }
 
+TEST_F(Merge, TheCurveListIsAsWideAsItsLongestEntryAsFarAsThePageGoes)
+{
+    Load(Series(2, SIZE));
+    ChooseCurveMode(ID_CALCULATE_CURVE);
+    const ExpectedBoxes none({});
+    for (const int nLength : {20, 200}) {
+        CurveName().ChangeValue(wxString('m', static_cast<std::size_t>(nLength)));
+        Run();
+        const int nRoom = CurveList().GetParent()->GetClientSize().x - CurveList().GetPosition().x - 5;
+        EXPECT_EQ(std::min(CurveList().GetBestSize().x, nRoom), CurveList().GetSize().x) << nLength;
+        EXPECT_EQ(nLength == 200, CurveList().GetBestSize().x > nRoom);
+    }
+}
+
 TEST_F(Merge, CancelEndsItWhereverItComes)
 {
     Load(Series(3, wxSize(200, 200)));

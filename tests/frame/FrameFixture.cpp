@@ -255,9 +255,14 @@ void FrameTest::Slide(int nId, int nPosition, wxEventType type) const
 {
     auto& slider = Find<wxSlider>(nId);
     slider.SetValue(nPosition);
-    wxScrollEvent event(type, nId, nPosition, wxHORIZONTAL);
-    event.SetEventObject(&slider);
-    slider.GetEventHandler()->ProcessEvent(event);
+    const auto send = [&](wxEventType sent) {
+        wxScrollEvent event(sent, nId, nPosition, wxHORIZONTAL);
+        event.SetEventObject(&slider);
+        slider.GetEventHandler()->ProcessEvent(event);
+    };
+    send(type);
+    if (type != wxEVT_SCROLL_THUMBTRACK && type != wxEVT_SCROLL_CHANGED)
+        send(wxEVT_SCROLL_CHANGED);
 }
 
 void FrameTest::EditCell(int nRow, int nColumn, const wxString& text) const

@@ -11,6 +11,7 @@
 #include <wx/slider.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
+#include <wx/toolbar.h>
 #include <wx/uiaction.h>
 
 using namespace LS::Tests;
@@ -42,6 +43,12 @@ protected:
 };
 
 } // namespace
+
+TEST_F(MainWindow, TheToolBarHasNoRoomForLabels)
+{
+    constexpr int PICTURE = 26, FRAME = 18; // the theme's, around a button
+    EXPECT_LE(m_frame->GetToolBar()->GetSize().y, PICTURE + FRAME);
+}
 
 TEST_F(MainWindow, WalksThroughItsThreeStates)
 {

@@ -52,16 +52,18 @@ TEST_F(ResultView, BitDepthSwitchesTheSlidersAndNothingElse)
     EXPECT_TRUE(PreviewShows(SIZE, 2, 2.2F));
 }
 
-TEST_F(ResultView, ThreeOfTheScrollEventsMakeThePreviewAnew)
+TEST_F(ResultView, DragsPagesAndNotchesMakeThePreviewAnew)
 {
     struct Case {
         wxEventType type;
         bool bRecomputes;
     };
     const Case cases[] = {
-        {wxEVT_SCROLL_TOP, false},        {wxEVT_SCROLL_BOTTOM, false},      {wxEVT_SCROLL_LINEUP, false},
-        {wxEVT_SCROLL_LINEDOWN, false},   {wxEVT_SCROLL_PAGEUP, true},       {wxEVT_SCROLL_PAGEDOWN, true},
-        {wxEVT_SCROLL_THUMBTRACK, false}, {wxEVT_SCROLL_THUMBRELEASE, true}, {wxEVT_SCROLL_CHANGED, false},
+        {wxEVT_SCROLL_TOP, false},        {wxEVT_SCROLL_BOTTOM, false},
+        {wxEVT_SCROLL_LINEUP, false},     {wxEVT_SCROLL_LINEDOWN, false},
+        {wxEVT_SCROLL_PAGEUP, true},      {wxEVT_SCROLL_PAGEDOWN, true},
+        {wxEVT_SCROLL_THUMBTRACK, false}, {wxEVT_SCROLL_THUMBRELEASE, true},
+        {wxEVT_SCROLL_CHANGED, true}, // a notch of the wheel comes with no other event
     };
     ChooseBitDepth(BIT_DEPTH_8);
     for (const int nId : {ID_EXPOSURE, ID_GAMMA})

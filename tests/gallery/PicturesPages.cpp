@@ -51,8 +51,8 @@ Row Commands(std::initializer_list<Command> commands)
 {
     Row row;
     for (const Command command : commands) {
-        row.push_back(CommandPicture(command));
-        row.push_back(CommandPicture(command, Form::Disabled));
+        row.push_back(CommandPicture(command).GetBitmap(wxDefaultSize));
+        row.push_back(CommandPicture(command, Form::Disabled).GetBitmap(wxDefaultSize));
     }
     return row;
 }

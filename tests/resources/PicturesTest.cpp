@@ -1,8 +1,11 @@
 // The embedded pictures: sizes, colours, transparency, and that they are legible where they are shown.
 #include "resources/Pictures.h"
 
+#include "tests/support/Screen.h"
+
 #include <gtest/gtest.h>
 #include <wx/cursor.h>
+#include <wx/dcmemory.h>
 #include <wx/icon.h>
 
 #include <algorithm>
@@ -72,6 +75,30 @@ int DarkestLuminance(const wxImage& image, const wxRect& area)
     return nDarkest;
 }
 
+wxImage ImageOf(const wxBitmapBundle& picture, int nScale = 1)
+{
+    return picture.GetBitmap(picture.GetDefaultSize() * nScale).ConvertToImage();
+}
+
+/// What stands for a picture at scale 2 is the same with four times the pixels.
+void ExpectInTwoSizes(const wxBitmapBundle& picture)
+{
+    const auto onGrey = [&](int nScale) {
+        const wxSize size = picture.GetDefaultSize() * nScale;
+        wxBitmap canvas(size, 24);
+        wxMemoryDC dc(canvas);
+        dc.SetBackground(wxColour(128, 128, 128));
+        dc.Clear();
+        dc.DrawBitmap(wxBitmap(ImageOf(picture, nScale)), 0, 0, true);
+        dc.SelectObject(wxNullBitmap);
+        return canvas.ConvertToImage();
+    };
+    const wxImage single = onGrey(1), doubled = onGrey(2);
+    const double dDifference =
+        LS::Tests::MeanDifference(single.Scale(doubled.GetWidth(), doubled.GetHeight()), doubled);
+    EXPECT_LT(dDifference, 12);
+}
+
 } // namespace
 
 TEST(CommandPicture, BothFormsFitTheirPlaceAndAreLegible)
@@ -92,8 +119,10 @@ TEST(CommandPicture, BothFormsFitTheirPlaceAndAreLegible)
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        const wxImage normal = CommandPicture(c.command).ConvertToImage();
-        const wxImage disabled = CommandPicture(c.command, Form::Disabled).ConvertToImage();
+        const wxImage normal = ImageOf(CommandPicture(c.command));
+        const wxImage disabled = ImageOf(CommandPicture(c.command, Form::Disabled));
+        for (const Form form : {Form::Normal, Form::Disabled})
+            ExpectInTwoSizes(CommandPicture(c.command, form));
         EXPECT_EQ(c.size, normal.GetSize());
         EXPECT_EQ(c.size, disabled.GetSize());
         EXPECT_TRUE(normal.HasMask() && disabled.HasMask());
@@ -115,7 +144,7 @@ TEST(CommandPicture, NoTwoAreTheSame)
     for (const Command command : {Command::New, Command::CreateHDR, Command::Save, Command::Add,
                                   Command::Remove, Command::MoveUp, Command::MoveDown}) {
         for (const Form form : {Form::Normal, Form::Disabled}) {
-            const wxImage image = CommandPicture(command, form).ConvertToImage();
+            const wxImage image = ImageOf(CommandPicture(command, form));
             pictures.emplace(reinterpret_cast<const char*>(image.GetData()),
                              3U * static_cast<unsigned>(image.GetWidth() * image.GetHeight()));
         }
@@ -143,7 +172,8 @@ TEST(ApplicationIcon, HasEverySizeWithSoftCorners)
 
 TEST(SplashPicture, IsLightWhereTextIsDrawn)
 {
-    const wxImage image = LS::Resources::SplashPicture().ConvertToImage();
+    ExpectInTwoSizes(LS::Resources::SplashPicture());
+    const wxImage image = ImageOf(LS::Resources::SplashPicture());
     ASSERT_EQ(wxSize(481, 294), image.GetSize());
     EXPECT_EQ(236U, image.CountColours());
     EXPECT_GE(DarkestLuminance(image, {170, 80, 150, 150}), 200);
