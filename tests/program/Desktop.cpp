@@ -3,18 +3,18 @@
 
 #include "tests/program/Waiting.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
-#include <thread>
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
-
-using namespace std::chrono_literals;
 
 namespace LS::Tests {
 
@@ -53,6 +53,34 @@ int ValueOf(const std::string& sOutput, const std::string& sName)
 {
     const std::size_t nAt = ("\n" + sOutput).find("\n" + sName + "=");
     return nAt == std::string::npos ? 0 : std::atoi(sOutput.c_str() + nAt + sName.size() + 1);
+}
+
+/// How long a process has computed, in the kernel's ticks.
+std::string ComputingTime(const std::string& sProcess)
+{
+    std::ifstream status("/proc/" + sProcess + "/stat");
+    std::string sText;
+    std::getline(status, sText);
+    std::istringstream fields(sText.substr(std::min(sText.rfind(')') + 1, sText.size())));
+    const std::vector<std::string> vsFields{std::istream_iterator<std::string>(fields), {}};
+    return vsFields.size() > 12 ? vsFields[11] + " " + vsFields[12] + " " + vsFields[0] : std::string();
+}
+
+/// Waits until the program of the active window has done with what came before: a menu that opens, a window
+/// that comes up. It is asleep then, and stays so for a while.
+void WaitUntilActiveIsIdle()
+{
+    std::istringstream active(OutputOf("xdotool getactivewindow getwindowpid"));
+    std::string sProcess;
+    if (!(active >> sProcess))
+        return;
+    std::string sBefore;
+    Becomes([&] {
+        const std::string sNow = ComputingTime(sProcess);
+        const bool bIdle = sNow == sBefore && sNow.ends_with('S');
+        sBefore = sNow;
+        return bIdle;
+    });
 }
 
 wxRect PlaceOfWindow(const std::string& sWindow)
@@ -160,10 +188,9 @@ void Minimize(const std::string& sTitle)
 
 void PressKeys(const std::vector<std::string>& vsKeys)
 {
-    std::this_thread::sleep_for(500ms); // a window that just came up gets the focus a little later
     for (const std::string& sKey : vsKeys) {
+        WaitUntilActiveIsIdle();
         OutputOf("xdotool key " + sKey);
-        std::this_thread::sleep_for(300ms);
     }
 }
 
@@ -171,10 +198,7 @@ bool PressKeysIn(const std::string& sTitle, const std::vector<std::string>& vsKe
 {
     if (!WaitUntilActive(sTitle))
         return false;
-    for (const std::string& sKey : vsKeys) {
-        std::this_thread::sleep_for(100ms); // for a menu or a selection to follow the key before
-        OutputOf("xdotool key " + sKey);
-    }
+    PressKeys(vsKeys);
     return true;
 }
 
@@ -193,13 +217,18 @@ void ClickAt(wxPoint at, int nButton)
     OutputOf("xdotool mousemove " + At(at) + " click " + std::to_string(nButton));
 }
 
-void DragTo(const std::string& sTitle, wxPoint to)
+void PressButtonOn(const std::string& sTitle)
 {
-    const wxPoint from = Middle(PlaceOf(sTitle));
-    // In steps, with time between them: each side answers the other's messages in its own loop.
-    OutputOf("xdotool mousemove " + At(from) + " mousedown 1 sleep 0.1 mousemove " +
-             At(from + wxPoint(20, 20)) + " sleep 0.1 mousemove " + At(to - wxPoint(5, 5)) +
-             " sleep 0.1 mousemove " + At(to) + " sleep 0.1 mouseup 1");
+    OutputOf("xdotool mousemove " + At(Middle(PlaceOf(sTitle))) + " mousedown 1");
+}
+
+void ReleaseButtonAt(wxPoint to)
+{
+    constexpr int STEPS = 5;
+    std::string sMoves;
+    for (int i = STEPS; i >= 0; --i)
+        sMoves += " mousemove " + At(to - wxPoint(4 * i, 4 * i)) + " sleep 0.05";
+    OutputOf("xdotool" + sMoves + " mouseup 1");
 }
 
 void CutConnection(const std::string& sTitle)

@@ -53,8 +53,10 @@ void ClickAt(wxPoint at, int nButton = 1);
 /// Takes the display away from the process that shows such a window.
 void CutConnection(const std::string& sTitle);
 
-/// Drags from the middle of a window to a point of the screen, and drops there.
-void DragTo(const std::string& sTitle, wxPoint to);
+/// The beginning of a drag, in the middle of a window, and its end: in steps, since those who take part answer
+/// each other in their own loops.
+void PressButtonOn(const std::string& sTitle);
+void ReleaseButtonAt(wxPoint to);
 
 /// What the screen shows, or a part of it.
 wxImage ScreenPicture();

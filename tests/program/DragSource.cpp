@@ -5,7 +5,16 @@
 #include <wx/frame.h>
 #include <wx/panel.h>
 
+#include <cstdio>
+
 namespace {
+
+/// For who drives the pointer.
+void Say(const char* szWord)
+{
+    std::puts(szWord);
+    std::fflush(stdout);
+}
 
 class DragSource : public wxApp {
 public:
@@ -17,7 +26,9 @@ public:
             wxFileDataObject files;
             for (int i = 1; i < argc; ++i)
                 files.AddFile(argv[i]);
+            Say("begins");
             wxDropSource(files, panel).DoDragDrop();
+            Say("ended");
         });
         return frame->Show();
     }

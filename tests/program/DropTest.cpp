@@ -20,10 +20,15 @@ protected:
     Drop() : m_source(LS_DRAG_SOURCE, {DROPPED}, {}, m_program.Folder().File("drag output")) {}
 
     /// Drags the file into a corner of the main window that small dialogs don't cover.
-    static void DropOnFrame()
+    void DropOnFrame()
     {
         ASSERT_TRUE(WaitForWindow(SOURCE_TITLE));
-        DragTo(SOURCE_TITLE, PlaceOf(FRAME_TITLE).GetBottomRight() - wxPoint(30, 30));
+        m_sExpected += "begins\n";
+        PressButtonOn(SOURCE_TITLE);
+        ASSERT_TRUE(Becomes([this] { return m_source.Output() == m_sExpected; }));
+        m_sExpected += "ended\n";
+        ReleaseButtonAt(PlaceOf(FRAME_TITLE).GetBottomRight() - wxPoint(30, 30));
+        ASSERT_TRUE(Becomes([this] { return m_source.Output() == m_sExpected; }));
     }
 
     /// How often the dropped file was taken: each time its metadata is looked for, in vain.
@@ -36,6 +41,7 @@ protected:
 
     WindowProgram m_program;
     ProgramProcess m_source;
+    std::string m_sExpected; ///< what the source has to say up to now
 };
 
 } // namespace
