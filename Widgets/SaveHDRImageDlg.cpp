@@ -56,7 +56,7 @@ void AddLabel(wxWindow* dialog, wxSizer* grid, const wxString& text)
     grid->Add(new wxStaticText(dialog, wxID_STATIC, text), LabelFlags());
 }
 
-/// The question's button in wxMessageBox's terms.
+/// The question's button in wxMessageBox's terms; neither wxYES nor wxNO where the box was closed otherwise.
 int Ask(wxWindow* dialog, const wxString& text)
 {
     return wxMessageBox(text, _("Tolvanic Lumistrand"), wxYES_NO | wxICON_QUESTION, dialog);
@@ -278,5 +278,5 @@ bool SaveHDRImageDlg::TakePath()
     m_path = JoinPath(m_dirPicker->GetPath().ToStdWstring(), name.ToStdWstring());
     return !IsFile(m_path) ||
            Ask(this, wxString::Format("#0002002 File %s already exists, would you like to replace it? ",
-                                      m_path)) != wxNO;
+                                      m_path)) == wxYES;
 }

@@ -138,6 +138,7 @@ void LumiStrandHDRFrm::ShowResult()
     m_modified = true;
     m_resultPanel->Layout(); // it may never have been on show, and the picture shrinks to its control
     m_preview->SetImage(m_resultImage.get());
+    CallAfter([this] { m_bitDepthChoice->SetFocus(); }); // once the job is over: Tab doesn't lead into a page
 }
 
 /// The engine has given up the older result for a merge that then failed: its picture stays to look at, but
