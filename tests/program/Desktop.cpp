@@ -138,6 +138,11 @@ void TypeText(const std::string& sText)
     OutputOf("xdotool type --delay 50 -- '" + sText + "'");
 }
 
+void ActivateWindow(const std::string& sTitle)
+{
+    OutputOf("xdotool windowactivate " + WindowWith(sTitle));
+}
+
 void ClickWindow(const std::string& sTitle)
 {
     ClickAt(Middle(PlaceOf(sTitle)));
@@ -146,6 +151,26 @@ void ClickWindow(const std::string& sTitle)
 void ClickAt(wxPoint at, int nButton)
 {
     OutputOf("xdotool mousemove " + At(at) + " click " + std::to_string(nButton));
+}
+
+OtherProgram::OtherProgram() : m_display(XOpenDisplay(nullptr))
+{
+    auto* const display = static_cast<Display*>(m_display);
+    const Window window =
+        XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 200, 100, 0, 0, 0xFFFFFF);
+    XStoreName(display, window, "Another program");
+    XWMHints takesFocus{};
+    takesFocus.flags = InputHint;
+    takesFocus.input = True;
+    XSetWMHints(display, window, &takesFocus);
+    XMapWindow(display, window);
+    XSync(display, False);
+    WaitUntilActive(TITLE);
+}
+
+OtherProgram::~OtherProgram()
+{
+    XCloseDisplay(static_cast<Display*>(m_display));
 }
 
 wxImage ScreenPicture()

@@ -37,11 +37,28 @@ bool PressKeysIn(const std::string& sTitle, const std::vector<std::string>& vsKe
 /// Types a text into the window that has the focus.
 void TypeText(const std::string& sText);
 
+/// Makes a window the active one, as a click on it in a list of all windows does.
+void ActivateWindow(const std::string& sTitle);
+
 /// Clicks into the middle of a window.
 void ClickWindow(const std::string& sTitle);
 
 /// Clicks at a point of the screen. @param nButton  1: left, 4 and 5: a notch of the wheel up and down
 void ClickAt(wxPoint at, int nButton = 1);
+
+/// A window of another program, which has the focus when it comes up.
+class OtherProgram {
+public:
+    OtherProgram();
+    OtherProgram(const OtherProgram&) = delete;
+    OtherProgram& operator=(const OtherProgram&) = delete;
+    ~OtherProgram();
+
+    static constexpr const char* TITLE = "^Another program$";
+
+private:
+    void* m_display; ///< of the X library
+};
 
 /// What the screen shows, or a part of it.
 wxImage ScreenPicture();

@@ -68,3 +68,18 @@ TEST_F(Merged, OnlyYesReplacesAPicture)
     ASSERT_TRUE(PressKeysIn(BOX_TITLE, {"alt+y"}));
     EXPECT_TRUE(Becomes([&] { return ReadText(sFile).starts_with("\xFF\xD8"); }));
 }
+
+TEST_F(Merged, TheWindowIsActiveAgainBesideOtherPrograms)
+{
+    fs::create_directory(m_program.File("output"));
+    WriteText(m_program.File("output/pano0.jpg"), "of last year");
+    const OtherProgram other;
+    ASSERT_TRUE(IsOnScreen(OtherProgram::TITLE));
+    ActivateWindow(FRAME_TITLE);
+    ASSERT_TRUE(OpenPictureDialog());
+    ASSERT_TRUE(PressKeysIn(PICTURE_DIALOG, {"alt+s"}));
+    ASSERT_TRUE(PressKeysIn(BOX_TITLE, {"alt+y"}));
+    EXPECT_TRUE(
+        Becomes([&] { return ReadText(m_program.File("output/pano0.jpg")).starts_with("\xFF\xD8"); }));
+    EXPECT_TRUE(WaitUntilActive(FRAME_TITLE));
+}
