@@ -89,15 +89,18 @@ bool WaitUntilGone(const std::string& sTitle)
     return Becomes([&] { return !IsOnScreen(sTitle); });
 }
 
+bool IsActive(const std::string& sTitle)
+{
+    const std::string sActive = OutputOf("xdotool getactivewindow");
+    for (const std::string& sWindow : WindowsWith(sTitle))
+        if (sActive == sWindow + "\n")
+            return true;
+    return false;
+}
+
 bool WaitUntilActive(const std::string& sTitle)
 {
-    return Becomes([&] {
-        const std::string sActive = OutputOf("xdotool getactivewindow");
-        for (const std::string& sWindow : WindowsWith(sTitle))
-            if (sActive == sWindow + "\n")
-                return true;
-        return false;
-    });
+    return Becomes([&] { return IsActive(sTitle); });
 }
 
 wxRect PlaceOf(const std::string& sTitle)

@@ -16,6 +16,8 @@ bool WaitForWindow(const std::string& sTitle);
 bool WaitUntilGone(const std::string& sTitle);
 bool IsOnScreen(const std::string& sTitle);
 
+bool IsActive(const std::string& sTitle);
+
 /// Waits until such a window is the active one: only then it gets the keys. @return whether it became that
 bool WaitUntilActive(const std::string& sTitle);
 
