@@ -137,7 +137,7 @@ void SaveHDRImageDlg::CreatePathRows(wxSizer* grid)
 
     AddLabel(this, grid, _("Destination Path:"));
     m_dirPicker = new wxDirPickerCtrl(this, wxID_ANY, Config::Instance()->m_fullName,
-                                      "Select Destination Directory", wxDefaultPosition, wxDefaultSize,
+                                      _("Select Destination Directory"), wxDefaultPosition, wxDefaultSize,
                                       wxDIRP_USE_TEXTCTRL, wxDefaultValidator, "dirpicker");
     m_dirPicker->SetPath(Config::Instance()->m_fullName); // the constructor drops a folder that is missing
     m_dirPicker->GetTextCtrl()->SetMinSize(FromDIP(wxSize(PATH_WIDTH, wxDefaultCoord)));
