@@ -88,7 +88,7 @@ bool SetLanguage(const wxString& description, const std::wstring& sProgramFolder
         wxLogError("This language is not supported by the system.");
         return false;
     }
-    choice.locale.reset(); // its end restores the locale before it, so it must come before the next
+    choice.locale.reset();  // its end restores the locale before it, so it must come before the next
     wxUnsetEnv("LANGUAGE"); // the toolkit's own texts would follow it, and not the locale
     choice.locale = std::make_unique<wxLocale>(info->Language, wxLOCALE_DONT_LOAD_DEFAULT);
     std::setlocale(LC_NUMERIC, "C");

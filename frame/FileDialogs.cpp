@@ -6,7 +6,6 @@
 
 #include <array>
 #include <span>
-#include <vector>
 
 #include <wx/filedlg.h>
 #include <wx/intl.h>
@@ -17,15 +16,16 @@ namespace {
 /// An entry in a dialog's list of formats.
 struct FileKind {
     const char* szText;
-    std::vector<wxString> extensions; ///< in lower case; the first one is what a name gets
+    std::array<const char*, 2>
+        aszExtensions; ///< in lower case; a name gets the first one, the other may be null
 };
 
-const std::array<FileKind, 2> IMAGES{{
+constexpr std::array<FileKind, 2> IMAGES{{
     {"JPEG Image Format (*.jpeg;*.jpg)", {"jpeg", "jpg"}},
     {"Tiff Image Format (*.tiff; *.tif)", {"tiff", "tif"}},
 }};
 
-const std::array<FileKind, 3> HDR_FILES{{
+constexpr std::array<FileKind, 3> HDR_FILES{{
     {"OpenEXR (*.exr)", {"exr"}},
     {"Radiance RGBE (*.hdr)", {"hdr"}},
     {"Floating Point Tiff (*.tiff, *.tif)", {"tiff", "tif"}},
@@ -46,8 +46,9 @@ wxString Wildcard(std::span<const FileKind> kinds)
     wxString wildcard;
     for (const FileKind& kind : kinds) {
         wxString patterns;
-        for (const wxString& extension : kind.extensions)
-            patterns << (patterns.empty() ? "" : ";") << Pattern(extension);
+        for (const char* const szExtension : kind.aszExtensions)
+            if (szExtension)
+                patterns << (patterns.empty() ? "" : ";") << Pattern(szExtension);
         wildcard << (wildcard.empty() ? "" : "|") << kind.szText << "|" << patterns;
     }
     return wildcard;
@@ -57,7 +58,7 @@ HdrFileChoice ChoiceOf(const wxFileDialog& dialog)
 {
     const int nFormat = dialog.GetFilterIndex();
     const FileKind& kind = HDR_FILES.at(static_cast<std::size_t>(nFormat));
-    return {WithSomeExtension(dialog.GetPath(), kind.extensions.front()), nFormat};
+    return {WithSomeExtension(dialog.GetPath(), kind.aszExtensions.front()), nFormat};
 }
 
 } // namespace

@@ -1,5 +1,4 @@
-// The dialogs of the real program, answered by keys: what is asked, what happens to files, who is active
-// then.
+// The dialogs of the real program, answered by keys: what they list and ask, and what becomes of files.
 #include "tests/cli/Photographs.h"
 #include "tests/program/Waiting.h"
 #include "tests/program/WindowProgram.h"
@@ -11,9 +10,9 @@
 #include <regex>
 
 using namespace LS::Tests;
+using namespace std::chrono_literals;
 
 namespace fs = std::filesystem;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -21,8 +20,9 @@ constexpr const char* BOX_TITLE = SPLASH_TITLE;
 constexpr const char* PROGRESS_TITLE = "^Please wait a moment...$";
 constexpr const char* PICTURE_DIALOG = "^Save Panoramic Image$";
 constexpr const char* HDR_DIALOG = "^Save Image$";
-constexpr const char* EXR = "\x76\x2F\x31\x01";
 constexpr const char* OPEN_DIALOG = "^Open Images$";
+
+constexpr const char* EXR = "\x76\x2F\x31\x01"; // how such a file begins
 
 std::string SeriesArgument(const std::string& sFolder)
 {
@@ -57,7 +57,7 @@ protected:
         if (!WaitUntilActive(HDR_DIALOG))
             return false;
         TypeText(sName);
-        // The toolkit takes no Return before it has looked the name up. A second one mustn't reach the
+        // The toolkit takes no Return before it has looked the name up; a second one mustn't meet the
         // question.
         const auto left = [] { return !IsActive(HDR_DIALOG); };
         return Becomes([&] { return PressKeysIn(HDR_DIALOG, {"Return"}) && Becomes(left, 3s); });
