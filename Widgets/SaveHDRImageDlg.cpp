@@ -5,6 +5,7 @@
 #include "Util/Paths.h"
 #include "Widgets/HyperlinkCtrl.h"
 #include "Widgets/JPEGCompressionSettings.h"
+#include "Widgets/ReplaceQuestion.h"
 #include "Widgets/TiffOptionsDlg.h"
 #include "xml/Config.h"
 
@@ -54,19 +55,6 @@ wxSizerFlags FieldFlags()
 void AddLabel(wxWindow* dialog, wxSizer* grid, const wxString& text)
 {
     grid->Add(new wxStaticText(dialog, wxID_STATIC, text), LabelFlags());
-}
-
-/// The question's button in wxMessageBox's terms.
-int Ask(wxWindow* dialog, const wxString& text)
-{
-    return wxMessageBox(text, _("Tolvanic Lumistrand"), wxYES_NO | wxICON_QUESTION, dialog);
-}
-
-bool IsFile(const wxString& path)
-{
-    std::error_code error;
-    const auto status = std::filesystem::status(NarrowPath(path.ToStdWstring()), error);
-    return std::filesystem::exists(status) && !std::filesystem::is_directory(status);
 }
 
 /// Makes the folder if it is missing; the one above it must exist.
@@ -149,7 +137,7 @@ void SaveHDRImageDlg::CreatePathRows(wxSizer* grid)
 
     AddLabel(this, grid, _("Destination Path:"));
     m_dirPicker = new wxDirPickerCtrl(this, wxID_ANY, Config::Instance()->m_fullName,
-                                      "Select Destination Directory", wxDefaultPosition, wxDefaultSize,
+                                      _("Select Destination Directory"), wxDefaultPosition, wxDefaultSize,
                                       wxDIRP_USE_TEXTCTRL, wxDefaultValidator, "dirpicker");
     m_dirPicker->SetPath(Config::Instance()->m_fullName); // the constructor drops a folder that is missing
     m_dirPicker->GetTextCtrl()->SetMinSize(FromDIP(wxSize(PATH_WIDTH, wxDefaultCoord)));
@@ -270,13 +258,13 @@ bool SaveHDRImageDlg::TakePath()
     wxString name = m_fileNameText->GetValue();
     // The field refuses these characters while they are typed, but not those that are pasted.
     if (!IsFileName(name)) {
-        Ask(this, _("#0002001 Invalid file name or path."));
+        wxMessageBox(_("#0002001 Invalid file name or path."), _("Tolvanic Lumistrand"),
+                     wxYES_NO | wxICON_QUESTION, this);
         return false;
     }
     if (const SaveFormat* const pFormat = Selected())
         name = WithExtension(name, pFormat->szForcedExtension);
     m_path = JoinPath(m_dirPicker->GetPath().ToStdWstring(), name.ToStdWstring());
-    return !IsFile(m_path) ||
-           Ask(this, wxString::Format("#0002002 File %s already exists, would you like to replace it? ",
-                                      m_path)) != wxNO;
+    return MayBeWritten(this, m_path, "#0002002 File %s already exists, would you like to replace it? ",
+                        wxICON_QUESTION);
 }

@@ -55,3 +55,8 @@ wxString WithExtension(const wxString& path, const wxString& extension)
     const std::size_t nOld = bHasOld ? old.length() + 1 : 0;
     return path.Left(path.length() - nOld) + "." + extension;
 }
+
+wxString WithSomeExtension(const wxString& path, const wxString& extension)
+{
+    return wxFileName(path).GetExt().empty() ? WithExtension(path, extension) : path;
+}

@@ -63,3 +63,6 @@ bool IsFileName(const wxString& name);
 /// A name or path with another extension. What stands behind the last "." counts as the old one, except where
 /// the name begins with that ".".
 wxString WithExtension(const wxString& path, const wxString& extension);
+
+/// The same for a name or path that has no extension, or ends in "."; any other one stays as it is.
+wxString WithSomeExtension(const wxString& path, const wxString& extension);

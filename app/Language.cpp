@@ -9,6 +9,7 @@
 #include <wx/filefn.h>
 #include <wx/log.h>
 #include <wx/translation.h>
+#include <wx/utils.h>
 
 #include <clocale>
 #include <memory>
@@ -87,7 +88,8 @@ bool SetLanguage(const wxString& description, const std::wstring& sProgramFolder
         wxLogError("This language is not supported by the system.");
         return false;
     }
-    choice.locale.reset(); // its end restores the locale before it, so it must come before the next
+    choice.locale.reset();  // its end restores the locale before it, so it must come before the next
+    wxUnsetEnv("LANGUAGE"); // the toolkit's own texts would follow it, and not the locale
     choice.locale = std::make_unique<wxLocale>(info->Language, wxLOCALE_DONT_LOAD_DEFAULT);
     std::setlocale(LC_NUMERIC, "C");
     wxTranslations::Get()->SetLoader(new FlatLoader(JoinPath(sProgramFolder, CATALOGUE_FOLDER)));

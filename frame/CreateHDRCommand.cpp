@@ -2,6 +2,7 @@
 #include "Util/FailureLog.h"
 #include "Util/Paths.h"
 #include "Util/PixelBuffer.h"
+#include "Widgets/ReplaceQuestion.h"
 #include "Widgets/StaticPicture.h"
 #include "engine/CacheFolder.h"
 #include "engine/HDRRoutine.h"
@@ -107,11 +108,9 @@ bool LumiStrandHDRFrm::SettleNewCurve(wxString& path) const
         return false;
     }
     path = CurvePath(name + ".crv");
-    if (!wxFileExists(path))
-        return true;
-    wxString question = wxGetTranslation("#0002002 File %s already exists, would you like to replace it? ");
-    question.Replace("%s", path, false); // a path is no format
-    return ShowMessage(question, wxYES_NO | wxICON_ERROR) == wxYES;
+    return MayBeWritten(nullptr, path,
+                        wxGetTranslation("#0002002 File %s already exists, would you like to replace it? "),
+                        wxICON_ERROR);
 }
 
 /// Refuses ticked rows that don't differ in exposure, and a recovery from one image.
@@ -138,6 +137,7 @@ void LumiStrandHDRFrm::ShowResult()
     m_modified = true;
     m_resultPanel->Layout(); // it may never have been on show, and the picture shrinks to its control
     m_preview->SetImage(m_resultImage.get());
+    CallAfter([this] { m_bitDepthChoice->SetFocus(); }); // once the job is over: Tab doesn't lead into a page
 }
 
 /// The engine has given up the older result for a merge that then failed: its picture stays to look at, but

@@ -3,7 +3,8 @@
 
 #include "Widgets/lsProgressDialog.h"
 
-/// On show as long as it lives; every other window is disabled meanwhile, and Cancel can be pressed.
+/// On show as long as it lives; every other window is disabled meanwhile, and Cancel can be pressed. The
+/// main window is active afterwards, unless the user turns to another program.
 class JobProgress {
 public:
     /// @param message  translated

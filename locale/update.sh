@@ -7,7 +7,7 @@ template=${1-locale/lumistrand.pot}
 
 # Headers show no texts. wxTRANSLATE marks a text that is translated elsewhere, such as a row of a table.
 shopt -s nullglob
-printf '%s\n' {app,frame,image,Widgets}/*.cpp |
+printf '%s\n' {app,frame,image,Widgets}/*.cpp locale/library_texts.txt |
     xgettext --files-from=- --language=C++ --from-code=UTF-8 --keyword --keyword=_ --keyword=wxGetTranslation \
         --keyword=wxTRANSLATE --add-comments=Translators: --no-location --package-name=Lumistrand \
         --package-version=6.0 --output="$template"

@@ -104,4 +104,18 @@ TEST(SaveProposal, ExtensionOfAPath)
         EXPECT_EQ(c.szExpected, WithExtension(c.szPath, "tif"));
 }
 
+TEST(SaveProposal, OnlyNamesWithoutExtensionGetOne)
+{
+    const struct {
+        const char* szPath;
+        const char* szExpected;
+    } cases[] = {
+        {"/out.d/room", "/out.d/room.exr"},   {"/out/room.", "/out/room.exr"},
+        {"/out/.hidden", "/out/.hidden.exr"}, {"/out/room.hdr", "/out/room.hdr"},
+        {"/out/room.v2", "/out/room.v2"},     {"/out/.hidden.x", "/out/.hidden.x"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(c.szExpected, WithSomeExtension(c.szPath, "exr"));
+}
+
 } // namespace

@@ -244,8 +244,7 @@ TEST_F(Merge, DifferentSizesAreRefusedAfterTheConversion)
     Run();
     const Bytes result = Result();
     WritePhotograph(m_folder.File("z.jpg"), {1, "1/2", "8/1", 60, 45});
-    ChooseImages({m_folder.File("z.jpg")});
-    Press(wxID_ADD);
+    AddByDialog(m_folder.File("z.jpg"));
     const ExpectedBoxes boxes(
         {ErrorBox("Can not create HDR image from different resolution images."), SaveQuestion(wxID_CANCEL)});
     Run();
@@ -324,8 +323,7 @@ TEST_F(Merge, SizesThatNobodyToldFailCleanly)
         EXPECT_TRUE(IsOn(wxID_SAVE));
         // Its converted pixels stay when a row goes, so the one that comes again is not decoded.
         Press(wxID_REPLACE);
-        ChooseImages({vsSources[0]});
-        Press(wxID_ADD);
+        AddByDialog(vsSources[0]);
         const ExpectedBoxes none({});
         Run();
         EXPECT_FALSE(IsOn(wxID_SAVE));

@@ -6,7 +6,6 @@
 #include "Widgets/lsProgressDialog.h"
 #include "Widgets/lsRadioButton.h"
 #include "engine/HDRRoutine.h"
-#include "frame/FileDialogs.h"
 #include "frame/Messages.h"
 #include "frame/SourceGrid.h"
 #include "image/ImageCache.h"
@@ -172,7 +171,6 @@ FrameTest::FrameTest()
 
 FrameTest::~FrameTest()
 {
-    AnswerForImages({});
     ImageCache::SetMessageSink({});
     ImageCache::DestroyInstance();
     m_frame->Destroy();
@@ -320,11 +318,10 @@ wxArrayString FrameTest::Paths(const std::vector<std::string>& vsPaths)
     return paths;
 }
 
-void FrameTest::ChooseImages(const std::vector<std::string>& vsPaths)
+void FrameTest::AddByDialog(const std::string& sPath)
 {
-    AnswerForImages([paths = Paths(vsPaths)](const wxString&) {
-        return paths.empty() ? std::nullopt : std::optional(paths);
-    });
+    const ModalAnswer choose(ChooseFile(sPath, 0));
+    Press(wxID_ADD);
 }
 
 std::vector<std::string> FrameTest::Series(int nImages, wxSize size) const

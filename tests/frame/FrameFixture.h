@@ -48,7 +48,7 @@ private:
     ModalAnswer m_answer;
 };
 
-/// Answers the question for a 32-bit file. An empty path cancels it.
+/// Answers a question for a file. An empty path cancels it.
 /// @param nFormat  the position in the list of formats
 ModalAnswer::Answer ChooseFile(const std::string& sPath, int nFormat);
 
@@ -139,8 +139,8 @@ protected:
     /// The texts of a column, from the top.
     std::vector<std::string> Column(int nColumn) const;
 
-    /// Lets a question for photographs be answered with these paths.
-    static void ChooseImages(const std::vector<std::string>& vsPaths);
+    /// Adds a photograph by the button beside the list and the dialog that it opens.
+    void AddByDialog(const std::string& sPath);
     static wxArrayString Paths(const std::vector<std::string>& vsPaths);
 
     /// Writes JPEGs of one scene at different exposures, with Exif data. @return their paths

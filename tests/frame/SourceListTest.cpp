@@ -223,14 +223,15 @@ TEST_F(SourceList, EqualsItsModelThroughRandomOperations)
         const int nRow = model.Rows() > 0 ? below(model.Rows()) : -1;
         if (nOperation == 0) {
             const auto vsPaths = somePaths(8);
-            ChooseImages(vsPaths);
-            Command(wxID_NEW);
+            Load(vsPaths);
             model.New(vsPaths);
         } else if (nOperation <= 3) {
             const auto vsPaths = somePaths(3);
-            ChooseImages(vsPaths);
-            Press(wxID_ADD);
-            model.Add(vsPaths);
+            m_frame->TakeDroppedFiles(Paths(vsPaths));
+            if (model.Rows() > 0)
+                model.Add(vsPaths);
+            else
+                model.New(vsPaths);
         } else if (nOperation <= 5) {
             Select(rows);
             Press(wxID_REPLACE);
@@ -468,8 +469,7 @@ TEST_F(SourceList, RemovingEverythingLeavesOnlyAdd)
     Command(ID_CREATE_HDR);
     EXPECT_FALSE(IsOn(wxID_SAVE));
 
-    ChooseImages({m_folder.File("a.jpg")});
-    Press(wxID_ADD);
+    AddByDialog(m_folder.File("a.jpg"));
     EditCell(0, COL_SHUTTER, "2/1");
     EXPECT_EQ("0.016667", Grid().GetCellValue(0, COL_SHUTTER)) << "an appended row";
 }
@@ -492,7 +492,7 @@ TEST_F(SourceList, DroppedFilesStartOrExtendASeries)
 TEST_F(SourceList, QuestionsForFilesThatAreCancelledChangeNothing)
 {
     Load({Photo("a.jpg")});
-    ChooseImages({});
+    const ModalAnswer cancel(ChooseFile("", 0));
     Command(wxID_NEW);
     Press(wxID_ADD);
     EXPECT_THAT(Names(), ElementsAre("a.jpg"));

@@ -134,15 +134,18 @@ bool WaitUntilGone(const std::string& sTitle)
     return Becomes([&] { return !IsOnScreen(sTitle); });
 }
 
+bool IsActive(const std::string& sTitle)
+{
+    const std::string sActive = OutputOf("xdotool getactivewindow");
+    for (const std::string& sWindow : WindowsWith(sTitle))
+        if (sActive == sWindow + "\n")
+            return true;
+    return false;
+}
+
 bool WaitUntilActive(const std::string& sTitle)
 {
-    return Becomes([&] {
-        const std::string sActive = OutputOf("xdotool getactivewindow");
-        for (const std::string& sWindow : WindowsWith(sTitle))
-            if (sActive == sWindow + "\n")
-                return true;
-        return false;
-    });
+    return Becomes([&] { return IsActive(sTitle); });
 }
 
 bool Activate(const std::string& sTitle)
@@ -234,6 +237,26 @@ void ReleaseButtonAt(wxPoint to)
 void CutConnection(const std::string& sTitle)
 {
     OutputOf("xdotool windowkill " + WindowWith(sTitle));
+}
+
+OtherProgram::OtherProgram() : m_display(XOpenDisplay(nullptr))
+{
+    auto* const display = static_cast<Display*>(m_display);
+    const Window window =
+        XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 200, 100, 0, 0, 0xFFFFFF);
+    XStoreName(display, window, "Another program");
+    XWMHints takesFocus{};
+    takesFocus.flags = InputHint;
+    takesFocus.input = True;
+    XSetWMHints(display, window, &takesFocus);
+    XMapWindow(display, window);
+    XSync(display, False);
+    WaitUntilActive(TITLE);
+}
+
+OtherProgram::~OtherProgram()
+{
+    XCloseDisplay(static_cast<Display*>(m_display));
 }
 
 wxImage ScreenPicture()

@@ -17,6 +17,8 @@ bool WaitForWindow(const std::string& sTitle);
 bool WaitUntilGone(const std::string& sTitle);
 bool IsOnScreen(const std::string& sTitle);
 
+bool IsActive(const std::string& sTitle);
+
 /// Waits until such a window is the active one: only then it gets the keys. @return whether it became that
 bool WaitUntilActive(const std::string& sTitle);
 
@@ -53,10 +55,24 @@ void ClickAt(wxPoint at, int nButton = 1);
 /// Takes the display away from the process that shows such a window.
 void CutConnection(const std::string& sTitle);
 
-/// The beginning of a drag, in the middle of a window, and its end: in steps, since those who take part answer
-/// each other in their own loops.
+/// The beginning of a drag, in the middle of a window, and its end: in steps, since those who take part
+/// answer each other in their own loops.
 void PressButtonOn(const std::string& sTitle);
 void ReleaseButtonAt(wxPoint to);
+
+/// A window of another program, which has the focus when it comes up.
+class OtherProgram {
+public:
+    OtherProgram();
+    OtherProgram(const OtherProgram&) = delete;
+    OtherProgram& operator=(const OtherProgram&) = delete;
+    ~OtherProgram();
+
+    static constexpr const char* TITLE = "^Another program$";
+
+private:
+    void* m_display; ///< of the X library
+};
 
 /// What the screen shows, or a part of it.
 wxImage ScreenPicture();

@@ -185,15 +185,16 @@ TEST(Program, MergesByKeysAndAsksBeforeTheResultIsLost)
     ASSERT_TRUE(program.StartToMainWindow({sArgument}));
     PressKeys({"alt+e", "Return"});
     ASSERT_TRUE(WaitUntilGone("^Please wait a moment...$"));
-    PressKeys({"ctrl+q"});
-    ASSERT_TRUE(WaitForWindow(SPLASH_TITLE)) << "the question has the program's name as its title";
-    PressKeys({"Escape"});
-    EXPECT_TRUE(program.IsRunning());
-    EXPECT_TRUE(IsOnScreen(FRAME_TITLE));
-    EXPECT_FALSE(program.CacheFiles().empty());
-    PressKeys({"ctrl+q"});
-    ASSERT_TRUE(WaitForWindow(SPLASH_TITLE));
-    PressKeys({"alt+n"});
+    // The question has the program's name as its title.
+    for (const char* szStay : {"Escape", "alt+F4", "alt+c"}) {
+        SCOPED_TRACE(szStay);
+        ASSERT_TRUE(PressKeysIn(FRAME_TITLE, {"ctrl+q"}));
+        ASSERT_TRUE(PressKeysIn(SPLASH_TITLE, {szStay}));
+        EXPECT_TRUE(WaitUntilActive(FRAME_TITLE));
+        EXPECT_FALSE(program.CacheFiles().empty());
+    }
+    ASSERT_TRUE(PressKeysIn(FRAME_TITLE, {"ctrl+q"}));
+    ASSERT_TRUE(PressKeysIn(SPLASH_TITLE, {"alt+n"}));
     EXPECT_EQ(0, program.WaitForExit());
     EXPECT_EQ("", program.Log());
     ExpectNothingLeft(program);

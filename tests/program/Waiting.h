@@ -6,12 +6,12 @@
 
 namespace LS::Tests {
 
-/// Asks until the answer is yes. @return false if it doesn't become that in half a minute: sanitizers are
-/// slow
-template <typename Question> bool Becomes(const Question& question)
+/// Asks until the answer is yes. @return false if it doesn't become that in time: sanitizers are slow
+template <typename Question>
+bool Becomes(const Question& question, std::chrono::seconds limit = std::chrono::seconds(30))
 {
     using namespace std::chrono_literals;
-    const auto end = std::chrono::steady_clock::now() + 30s;
+    const auto end = std::chrono::steady_clock::now() + limit;
     while (!question()) {
         if (std::chrono::steady_clock::now() > end)
             return false;
