@@ -73,7 +73,7 @@ LumiStrandHDRFrm::LumiStrandHDRFrm(wxWindow* parent, wxWindowID id, const wxStri
     SetSizer(m_mainSizer);
     Layout();
     ShowState(FrameState::Empty);
-    SetDropTarget(new FileDrop([this](const wxArrayString& paths) { TakeDroppedFiles(paths); }));
+    SetDropTarget(new FileDrop([this](const wxArrayString& paths) { return TakeDroppedFiles(paths); }));
 }
 
 LumiStrandHDRFrm::~LumiStrandHDRFrm() = default;

@@ -56,8 +56,10 @@ public:
     /// Starts a new series with these paths, after the question whether to save a modified result.
     void AddFiles(const wxArrayString& paths);
 
-    /// Files dropped on the window: a new series where there is none, else more images of this one.
-    void TakeDroppedFiles(const wxArrayString& paths);
+    /// Files dropped on the window: a new series where there is none, else more images of this one. They come
+    /// into the list from the event loop.
+    /// @return false if the window is busy, and doesn't take them
+    bool TakeDroppedFiles(const wxArrayString& paths);
 
     /// Whether nothing may come from outside: a job runs, or a dialog waits for an answer.
     bool IsBusy() const { return !IsEnabled() || m_modalDialogs.IsAnyUp(); }

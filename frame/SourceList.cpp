@@ -51,14 +51,19 @@ void LumiStrandHDRFrm::AddFiles(const wxArrayString& paths)
         ResetForNewSeries(paths);
 }
 
-void LumiStrandHDRFrm::TakeDroppedFiles(const wxArrayString& paths)
+bool LumiStrandHDRFrm::TakeDroppedFiles(const wxArrayString& paths)
 {
     if (IsBusy() || paths.empty())
-        return;
-    if (m_images.empty())
-        AddFiles(paths);
-    else
-        AddImages(paths);
+        return false;
+    CallAfter([this, paths] {
+        if (IsBusy()) // by now
+            return;
+        if (m_images.empty())
+            AddFiles(paths);
+        else
+            AddImages(paths);
+    });
+    return true;
 }
 
 void LumiStrandHDRFrm::ResetForNewSeries(const wxArrayString& paths)
