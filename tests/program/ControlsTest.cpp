@@ -1,5 +1,4 @@
 // How the controls of the program look and answer: with each input module, at scale 2, to wheel and keys.
-#include "tests/cli/Photographs.h"
 #include "tests/program/Waiting.h"
 #include "tests/program/WindowProgram.h"
 
@@ -10,15 +9,13 @@
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
+#include <utility>
 
 using namespace LS::Tests;
 
 namespace fs = std::filesystem;
 
 namespace {
-
-constexpr const char* SAVE_TITLE = "^Save Panoramic Image$";
-constexpr const char* PROGRESS_TITLE = "^Please wait a moment...$";
 
 // Within the window at scale 1.
 const wxPoint BIT_DEPTH(140, 100);
@@ -48,39 +45,41 @@ std::size_t DifferentPixels(const wxImage& a, const wxImage& b)
     return nDifferent;
 }
 
-/// Starts it with a series. @return whether the window came, and is active
-bool Start(WindowProgram& program)
-{
-    std::string sArgument = "open";
-    for (const std::string& sPath : WriteSeries(program.Folder().Path(), 640, 480))
-        sArgument += "|" + sPath;
-    return program.StartToMainWindow({sArgument}) && WaitUntilActive(FRAME_TITLE);
-}
-
 /// Merges the series, and chooses 8 bits, which wakes the sliders.
-void MakeResult()
+void MakeResult(const WindowProgram& program)
 {
-    PressKeys({"alt+e", "Return"});
-    EXPECT_TRUE(WaitUntilGone(PROGRESS_TITLE));
+    EXPECT_TRUE(program.Merge());
     ClickAt(PlaceOf(FRAME_TITLE).GetTopLeft() + BIT_DEPTH);
     PressKeys({"Down", "Return"});
 }
 
+/// What a window shows once nothing changes any more.
+wxImage SettledPictureOf(const char* szWindow)
+{
+    wxImage picture;
+    EXPECT_TRUE(Becomes([&] {
+        WaitUntilIdle();
+        const wxImage before = std::exchange(picture, PictureOf(szWindow));
+        return DifferentPixels(before, picture) == 0;
+    }));
+    return picture;
+}
+
 /// Walks through the controls of the list and of the save dialog, and takes pictures on the way.
-std::vector<wxImage> Walk()
+std::vector<wxImage> Walk(const WindowProgram& program)
 {
     std::vector<wxImage> pictures;
     const auto step = [&pictures](const char* szWindow) {
         PressKeys({"Tab"});
-        pictures.push_back(PictureOf(szWindow));
+        pictures.push_back(SettledPictureOf(szWindow));
     };
     for (int i = 0; i < 6; ++i)
         step(FRAME_TITLE);
-    MakeResult();
+    MakeResult(program);
     PressKeys({"ctrl+s"});
-    EXPECT_TRUE(WaitUntilActive(SAVE_TITLE));
+    EXPECT_TRUE(WaitUntilActive(PICTURE_DIALOG));
     for (int i = 0; i < 4; ++i)
-        step(SAVE_TITLE);
+        step(PICTURE_DIALOG);
     return pictures;
 }
 
@@ -102,7 +101,7 @@ TEST(Controls, NothingIsWrittenToTheErrorStream)
 TEST(Controls, EscapeClosesTheAboutWindow)
 {
     WindowProgram program;
-    ASSERT_TRUE(Start(program));
+    ASSERT_TRUE(program.StartWithSeries(640, 480));
     PressKeys({"alt+h", "Down", "Return"});
     ASSERT_TRUE(WaitForWindow(SPLASH_TITLE));
     ASSERT_TRUE(PressKeysIn(SPLASH_TITLE, {"Escape"}));
@@ -113,8 +112,8 @@ TEST(Controls, EscapeClosesTheAboutWindow)
 TEST(Controls, ANotchOfTheWheelMakesThePreviewAnew)
 {
     WindowProgram program;
-    ASSERT_TRUE(Start(program));
-    MakeResult();
+    ASSERT_TRUE(program.StartWithSeries(640, 480));
+    MakeResult(program);
     for (const int nButton : {4, 5}) {
         const wxImage before = Part(FRAME_TITLE, PREVIEW);
         ClickAt(PlaceOf(FRAME_TITLE).GetTopLeft() + EXPOSURE, nButton);
@@ -132,8 +131,8 @@ TEST(Controls, InputModulesShowTheSame)
     std::vector<std::vector<wxImage>> walks;
     for (const char* szModule : {"gtk-im-context-simple", "xim"}) {
         program.Set("GTK_IM_MODULE", szModule);
-        ASSERT_TRUE(Start(program));
-        walks.push_back(Walk());
+        ASSERT_TRUE(program.StartWithSeries(640, 480));
+        walks.push_back(Walk(program));
         program.Kill();
         EXPECT_TRUE(WaitUntilGone(FRAME_TITLE));
     }

@@ -66,23 +66,6 @@ std::string ComputingTime(const std::string& sProcess)
     return vsFields.size() > 12 ? vsFields[11] + " " + vsFields[12] + " " + vsFields[0] : std::string();
 }
 
-/// Waits until the program of the active window has done with what came before: a menu that opens, a window
-/// that comes up. It is asleep then, and stays so for a while.
-void WaitUntilActiveIsIdle()
-{
-    std::istringstream active(OutputOf("xdotool getactivewindow getwindowpid"));
-    std::string sProcess;
-    if (!(active >> sProcess))
-        return;
-    std::string sBefore;
-    Becomes([&] {
-        const std::string sNow = ComputingTime(sProcess);
-        const bool bIdle = sNow == sBefore && sNow.ends_with('S');
-        sBefore = sNow;
-        return bIdle;
-    });
-}
-
 wxRect PlaceOfWindow(const std::string& sWindow)
 {
     const std::string sPlace = OutputOf("xdotool getwindowgeometry --shell " + sWindow);
@@ -189,10 +172,25 @@ void Minimize(const std::string& sTitle)
     OutputOf("xdotool windowminimize " + WindowWith(sTitle));
 }
 
+void WaitUntilIdle()
+{
+    std::istringstream active(OutputOf("xdotool getactivewindow getwindowpid"));
+    std::string sProcess;
+    if (!(active >> sProcess))
+        return;
+    std::string sBefore;
+    Becomes([&] {
+        const std::string sNow = ComputingTime(sProcess);
+        const bool bIdle = sNow == sBefore && sNow.ends_with('S');
+        sBefore = sNow;
+        return bIdle;
+    });
+}
+
 void PressKeys(const std::vector<std::string>& vsKeys)
 {
     for (const std::string& sKey : vsKeys) {
-        WaitUntilActiveIsIdle();
+        WaitUntilIdle();
         OutputOf("xdotool key " + sKey);
     }
 }

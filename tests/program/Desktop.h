@@ -37,7 +37,11 @@ bool IsOnTop(pid_t nProcess, const std::string& sTitle);
 void MoveWindow(const std::string& sTitle, wxPoint to);
 void Minimize(const std::string& sTitle);
 
-/// Presses keys such as "ctrl+q", in the window that has the focus.
+/// Waits until the program of the active window has done with what came before: a menu that opens, a window
+/// that comes up. It is asleep then, and stays so for a while.
+void WaitUntilIdle();
+
+/// Presses keys such as "ctrl+q", in the window that has the focus. Waits before each until it is idle.
 void PressKeys(const std::vector<std::string>& vsKeys);
 
 /// The same, once such a window is the active one. @return whether it became that

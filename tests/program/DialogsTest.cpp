@@ -1,5 +1,4 @@
 // The dialogs of the real program, answered by keys: what they list and ask, and what becomes of files.
-#include "tests/cli/Photographs.h"
 #include "tests/program/Waiting.h"
 #include "tests/program/WindowProgram.h"
 
@@ -17,20 +16,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* BOX_TITLE = SPLASH_TITLE;
-constexpr const char* PROGRESS_TITLE = "^Please wait a moment...$";
-constexpr const char* PICTURE_DIALOG = "^Save Panoramic Image$";
-constexpr const char* HDR_DIALOG = "^Save Image$";
-constexpr const char* OPEN_DIALOG = "^Open Images$";
-
 constexpr const char* EXR = "\x76\x2F\x31\x01"; // how such a file begins
-
-std::string SeriesArgument(const std::string& sFolder)
-{
-    std::string sArgument = "open";
-    for (const std::string& sPath : WriteSeries(sFolder, 96, 72))
-        sArgument += "|" + sPath;
-    return sArgument;
-}
 
 /// A program that has merged a small series, with the keyboard on its result.
 class Merged : public testing::Test {
@@ -38,10 +24,8 @@ protected:
     void SetUp() override
     {
         fs::create_directory(m_program.File("output")); // where its dialogs begin
-        ASSERT_TRUE(m_program.StartToMainWindow({SeriesArgument(m_program.Folder().Path())}));
-        ASSERT_TRUE(PressKeysIn(FRAME_TITLE, {"alt+e", "Return"}));
-        ASSERT_TRUE(Becomes([this] { return !m_program.CacheFiles().empty(); }));
-        ASSERT_TRUE(WaitUntilGone(PROGRESS_TITLE));
+        ASSERT_TRUE(m_program.StartWithSeries(96, 72));
+        ASSERT_TRUE(m_program.Merge());
     }
 
     /// Opens the dialog for ordinary pictures.

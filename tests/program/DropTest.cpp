@@ -1,5 +1,4 @@
 // Files dragged from another program onto the window.
-#include "tests/cli/Photographs.h"
 #include "tests/program/Waiting.h"
 #include "tests/program/WindowProgram.h"
 
@@ -59,16 +58,12 @@ TEST_F(Drop, BeginsASeriesAndThenAddsToIt)
 
 TEST_F(Drop, DoesNothingWhileADialogIsUp)
 {
-    std::string sArgument = "open";
-    for (const std::string& sPath : WriteSeries(m_program.Folder().Path(), 320, 240))
-        sArgument += "|" + sPath;
-    ASSERT_TRUE(m_program.StartToMainWindow({sArgument}));
-    ASSERT_TRUE(PressKeysIn(FRAME_TITLE, {"alt+e", "Return"}));
-    ASSERT_TRUE(Becomes([this] { return m_program.CacheFiles().size() == 4; }));
+    ASSERT_TRUE(m_program.StartWithSeries());
+    ASSERT_TRUE(m_program.Merge());
     const struct {
         std::vector<std::string> vsKeys;
         const char* szTitle;
-    } cases[] = {{{"ctrl+q"}, SPLASH_TITLE}, {{"ctrl+n"}, SPLASH_TITLE}, {{"ctrl+s"}, "^Save Image$"}};
+    } cases[] = {{{"ctrl+q"}, SPLASH_TITLE}, {{"ctrl+n"}, SPLASH_TITLE}, {{"ctrl+s"}, HDR_DIALOG}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.szTitle);
         ASSERT_TRUE(PressKeysIn(FRAME_TITLE, c.vsKeys));

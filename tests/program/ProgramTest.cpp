@@ -179,12 +179,8 @@ TEST(Program, AnotherThingInPlaceOfTheLogKeepsNobodyFromWorking)
 TEST(Program, MergesByKeysAndAsksBeforeTheResultIsLost)
 {
     WindowProgram program;
-    std::string sArgument = "open";
-    for (const std::string& sPath : WriteSeries(program.Folder().Path(), 320, 240))
-        sArgument += "|" + sPath;
-    ASSERT_TRUE(program.StartToMainWindow({sArgument}));
-    PressKeys({"alt+e", "Return"});
-    ASSERT_TRUE(WaitUntilGone("^Please wait a moment...$"));
+    ASSERT_TRUE(program.StartWithSeries());
+    ASSERT_TRUE(program.Merge());
     // The question has the program's name as its title.
     for (const char* szStay : {"Escape", "alt+F4", "alt+c"}) {
         SCOPED_TRACE(szStay);

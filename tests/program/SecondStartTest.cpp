@@ -3,7 +3,6 @@
 #include "app/InstanceLock.h"
 #include "app/IpcWire.h"
 #include "app/LocalSocket.h"
-#include "tests/cli/Photographs.h"
 #include "tests/program/Waiting.h"
 #include "tests/program/WindowProgram.h"
 
@@ -31,34 +30,21 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* JOB_TITLE = "^Please wait a moment...$";
 constexpr int REFUSED = 255;
 
 class SecondStart : public testing::Test {
 protected:
-    void StartWithSeries(int nWidth, int nHeight)
-    {
-        std::string sArgument = "open";
-        for (const std::string& sPath : WriteSeries(m_program.Folder().Path(), nWidth, nHeight))
-            sArgument += "|" + sPath;
-        ASSERT_TRUE(m_program.StartToMainWindow({sArgument}));
-    }
-
-    static void Merge() { ASSERT_TRUE(PressKeysIn(FRAME_TITLE, {"alt+e", "Return"})); }
-
     void StartMerged()
     {
-        StartWithSeries(320, 240);
-        Merge();
-        ASSERT_TRUE(Becomes([this] { return m_program.CacheFiles().size() == 4; }));
-        ASSERT_TRUE(WaitUntilGone(JOB_TITLE));
+        ASSERT_TRUE(m_program.StartWithSeries());
+        ASSERT_TRUE(m_program.Merge());
     }
 
     /// A merge that stands still half way, since the process does.
     void StartAndStopInMerge()
     {
-        StartWithSeries(3000, 2000);
-        Merge();
+        ASSERT_TRUE(m_program.StartWithSeries(3000, 2000));
+        ASSERT_TRUE(WindowProgram::GiveMergeCommand());
         while (m_program.IsRunning() && m_program.CacheFiles().empty()) {
         }
         m_program.Signal(SIGSTOP);
@@ -148,10 +134,10 @@ TEST_F(SecondStart, TakesNothingFromTheFirst)
     }
 
     ASSERT_TRUE(PressKeysIn(FRAME_TITLE, {"ctrl+s"}));
-    ASSERT_TRUE(WaitUntilActive("^Save Image$"));
+    ASSERT_TRUE(WaitUntilActive(HDR_DIALOG));
     TypeText(m_program.Folder().File("room.exr"));
     // The dialog takes no Return before it has looked the name up.
-    EXPECT_TRUE(Becomes([] { return PressKeys({"Return"}), !IsOnScreen("^Save Image$"); }));
+    EXPECT_TRUE(Becomes([] { return PressKeys({"Return"}), !IsOnScreen(HDR_DIALOG); }));
     EXPECT_TRUE(Becomes([this] { return ReadBytes(m_program.Folder().File("room.exr")).size() > 10'000; }));
 }
 
@@ -219,7 +205,7 @@ TEST_F(SecondStart, StrangeBytesHarmNobody)
         SendAll(vOpen.back().Get(), sBytes, std::chrono::steady_clock::now() + 5s);
         EXPECT_EQ(0, m_program.StartAgain().WaitForExit());
     }
-    for (int n = 0; n < 400; ++n) // silent ones lock nobody out
+    for (int n = 0; n < 150; ++n) // more silent ones than it listens to
         vOpen.push_back(ConnectLocal(SocketPath(), std::chrono::steady_clock::now() + 5s));
     EXPECT_EQ(0, m_program.StartAgain().WaitForExit());
     EXPECT_THAT(PathsLookedFor(), IsEmpty());
@@ -334,9 +320,9 @@ TEST_F(SecondStart, FindsTheFirstAfterAFileDialogShowedTheLock)
 {
     ASSERT_TRUE(m_program.StartToMainWindow());
     ASSERT_TRUE(PressKeysIn(FRAME_TITLE, {"ctrl+n"}));
-    ASSERT_TRUE(WaitUntilActive("^Open Images$")) << "it shows the home, where the lock is";
-    ASSERT_TRUE(PressKeysIn("^Open Images$", {"Escape"}));
-    ASSERT_TRUE(WaitUntilGone("^Open Images$"));
+    ASSERT_TRUE(WaitUntilActive(OPEN_DIALOG)) << "it shows the home, where the lock is";
+    ASSERT_TRUE(PressKeysIn(OPEN_DIALOG, {"Escape"}));
+    ASSERT_TRUE(WaitUntilGone(OPEN_DIALOG));
     const std::vector<std::string> vsBefore = m_program.LocksAndSockets();
     EXPECT_EQ(0, m_program.StartAgain().WaitForExit());
     EXPECT_EQ(vsBefore, m_program.LocksAndSockets());
@@ -365,7 +351,7 @@ TEST_F(SecondStart, SignalsEndTheFirstInOrder)
     } cases[] = {
         {SIGTERM, {}, FRAME_TITLE},
         {SIGHUP, {"ctrl+q"}, SPLASH_TITLE}, // the question whether to save
-        {SIGINT, {"ctrl+s"}, "^Save Image$"},
+        {SIGINT, {"ctrl+s"}, HDR_DIALOG},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.szWindow);

@@ -1,6 +1,7 @@
 // Starts the window program as a user's desktop does.
 #include "tests/program/WindowProgram.h"
 
+#include "tests/cli/Photographs.h"
 #include "tests/program/Waiting.h"
 #include "tests/support/TestProcess.h"
 
@@ -129,6 +130,26 @@ bool WindowProgram::StartToMainWindow(const std::vector<std::string>& vsArgument
         return false;
     ClickWindow(SPLASH_TITLE);
     return WaitForWindow(FRAME_TITLE);
+}
+
+std::string WindowProgram::SeriesArgument(int nWidth, int nHeight) const
+{
+    std::string sArgument = "open";
+    for (const std::string& sPath : WriteSeries(m_folder.Path(), nWidth, nHeight))
+        sArgument += "|" + sPath;
+    return sArgument;
+}
+
+bool WindowProgram::StartWithSeries(int nWidth, int nHeight)
+{
+    return StartToMainWindow({SeriesArgument(nWidth, nHeight)}) && WaitUntilActive(FRAME_TITLE);
+}
+
+bool WindowProgram::Merge() const
+{
+    // Three working files for the photographs, and one of the result.
+    return GiveMergeCommand() && Becomes([this] { return CacheFiles().size() == 4; }) &&
+           WaitUntilGone(JOB_TITLE) && WaitUntilActive(FRAME_TITLE);
 }
 
 std::string WindowProgram::Log() const

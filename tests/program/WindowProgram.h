@@ -13,6 +13,10 @@ namespace LS::Tests {
 
 constexpr const char* SPLASH_TITLE = "^Tolvanic Lumistrand$"; ///< also that of every message box
 constexpr const char* FRAME_TITLE = "^Tolvanic Lumistrand - Create HDR Image$";
+constexpr const char* JOB_TITLE = "^Please wait a moment...$";
+constexpr const char* OPEN_DIALOG = "^Open Images$";
+constexpr const char* HDR_DIALOG = "^Save Image$";
+constexpr const char* PICTURE_DIALOG = "^Save Panoramic Image$";
 
 /// A process of the program. It is killed when this object goes.
 class ProgramProcess {
@@ -60,6 +64,18 @@ public:
 
     /// Starts it, clicks the splash away and waits for the main window. @return whether that came
     bool StartToMainWindow(const std::vector<std::string>& vsArguments = {});
+
+    /// Writes a series of three photographs. @return the argument that opens it
+    std::string SeriesArgument(int nWidth, int nHeight) const;
+
+    /// Starts it to its main window with such a series. @return whether that is active
+    bool StartWithSeries(int nWidth = 320, int nHeight = 240);
+
+    /// Gives the command to merge by keys.
+    static bool GiveMergeCommand() { return PressKeysIn(FRAME_TITLE, {"alt+e", "Return"}); }
+
+    /// The same, and waits until it is done. @return whether the window is active again
+    bool Merge() const;
 
     /// One more start of the same program by the same user.
     ProgramProcess StartAgain(const std::vector<std::string>& vsArguments = {});
