@@ -1,5 +1,6 @@
 // Paths between wide text and the file system's bytes, in the "C" locale of this test.
 #include "Util/Paths.h"
+#include "Util/UniqueFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +19,7 @@ TEST(Paths, WideAndNarrow)
         {"Latin-1", "caf\xE9.jpg", L"caf\xDCE9.jpg"},
         {"cut character", "a\xE5\x86", L"a\xDCE5\xDC86"},
         {"first and last escape", "\x80\xFF", L"\xDC80\xDCFF"},
-        {"overlong slash", "\xC0\xAF", L"\xDCC0\xDCAF"},
+        {"overlong slash", "\xE0\x80\xAF", L"\xDCE0\xDC80\xDCAF"},
         {"encoded surrogate", "\xED\xA0\x80", L"\xDCED\xDCA0\xDC80"},
         {"beyond Unicode", "\xF4\x90\x80\x80", L"\xDCF4\xDC90\xDC80\xDC80"},
         {"empty", "", L""},
@@ -47,4 +48,9 @@ TEST(Paths, JoinAndSplit)
     }
     EXPECT_EQ(L"a/b", JoinPath(L"a/", L"b"));
     EXPECT_TRUE(ProgramFolder().starts_with(L'/') && ProgramFolder().ends_with(L"/tests/Util"));
+}
+
+TEST(UniqueFolder, NoneWhereNoneCanBeMade)
+{
+    EXPECT_EQ("", MakeUniqueFolder("/proc/folder-"));
 }

@@ -67,6 +67,7 @@ TEST_F(MergeExposuresTest, FillsFileAndWorkspace)
             ASSERT_TRUE(std::equal(&workspace.pfScaled[6 * y + 3 * x], &workspace.pfScaled[6 * y + 3 * x + 3],
                                    &vfExpected[36 * y + 9 * x]))
                 << x << ", " << y;
+    EXPECT_EQ(fs::perms(0600), fs::status(sFile).permissions()) << "the sources may be closed to others";
     EXPECT_TRUE(log.Lines().empty());
 
     ResetWorkspace();
