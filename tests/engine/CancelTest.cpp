@@ -3,6 +3,7 @@
 #include "tests/support/FailureRecorder.h"
 #include "tests/support/InstructionSets.h"
 #include "tests/support/RecordingProgress.h"
+#include "tests/support/TestProcess.h"
 
 #include <gtest/gtest.h>
 
@@ -12,12 +13,6 @@
 namespace LS::Tests {
 
 namespace {
-
-std::size_t OpenFiles()
-{
-    const std::filesystem::directory_iterator files("/proc/self/fd");
-    return static_cast<std::size_t>(std::distance(begin(files), end(files)));
-}
 
 /// Does something once with each position at which a whole run reports, and the last of them.
 void AtEveryPosition(const std::function<bool(ProgbarSetter*)>& run,
@@ -32,9 +27,9 @@ void AtEveryPosition(const std::function<bool(ProgbarSetter*)>& run,
         SCOPED_TRACE(nPosition);
         RecordingProgress progress(nPosition);
         ProgbarSetter setter = progress.Setter();
-        const std::size_t nOpen = OpenFiles();
+        const std::size_t nOpen = OpenDescriptors();
         look(nPosition, run(&setter));
-        EXPECT_EQ(nOpen, OpenFiles());
+        EXPECT_EQ(nOpen, OpenDescriptors());
     }
     EXPECT_TRUE(failures.Lines().empty());
 }
