@@ -24,9 +24,8 @@ inline void ExpectSameBits(std::span<const float> expected, std::span<const floa
 {
     ASSERT_EQ(expected.size(), actual.size());
     const auto fault = std::ranges::mismatch(expected, actual, SameBits);
-    ASSERT_TRUE(fault.in1 == expected.end())
-        << "float " << fault.in1 - expected.begin() << ": " << std::hexfloat << *fault.in2 << " instead of "
-        << *fault.in1;
+    ASSERT_TRUE(fault.in1 == expected.end()) << "float " << fault.in1 - expected.begin() << ": "
+                                             << std::hexfloat << *fault.in2 << " instead of " << *fault.in1;
 }
 
 } // namespace LS::Tests
