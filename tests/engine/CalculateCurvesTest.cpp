@@ -12,7 +12,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <functional>
@@ -99,42 +98,6 @@ TEST(CalculateCurves, RecoversAFilmLikeResponse)
             EXPECT_GE(pfCurve[report.nLow + 127], 1.0F);
         }
     }
-}
-
-/// Whether an image shows each colour of a pixel at values that the curve is held to. Nearer to the ends of
-/// the range a single step of the value is several percent of radiance.
-bool IsUsable(const FilmResponse& response, const double* pdRadiance, double dShutter)
-{
-    return std::all_of(pdRadiance, pdRadiance + 3, [&](double dRadiance) {
-        const int z = response.Value(dRadiance * dShutter);
-        return z >= 30 && z <= 235;
-    });
-}
-
-TEST(CalculateCurves, MergeWithTheCurvesGivesTheRadiances)
-{
-    const FilmResponse response{1.0};
-    const SyntheticScene scene = RenderScene(300, 200);
-    const auto vdShutters = Bracket(6, 2.5);
-    const TempFolder folder;
-    Recovery recovery(Photograph(folder, scene, response, vdShutters));
-    ASSERT_TRUE(recovery.Run());
-    const SyntheticSeries& series = recovery.series;
-    ASSERT_TRUE(MergeExposures(series.vsFiles, series.nWidth, series.nHeight, series.vfShutters,
-                               series.vfStops, series.vfGains, series.vfNDs, recovery.curves.Get(), nullptr,
-                               &Workspace()));
-    recovery.curves.Release();
-
-    const float* const pfMerged = Workspace().pfScaled.get(); // full size, at fewer than 500 rows
-    std::array<std::vector<double>, 3> vdDifferences;
-    for (std::size_t n = 0; n < scene.vdRadiances.size(); n += 3)
-        if (std::any_of(vdShutters.begin(), vdShutters.end(),
-                        [&](double d) { return IsUsable(response, &scene.vdRadiances[n], d); }))
-            for (std::size_t c = 0; c < 3; ++c)
-                vdDifferences[c].push_back(std::log(pfMerged[n + c] / scene.vdRadiances[n + c]));
-    EXPECT_GT(vdDifferences[0].size(), scene.vdRadiances.size() / 3 / 2);
-    for (std::size_t c = 0; c < 3; ++c)
-        EXPECT_LT(Spread(vdDifferences[c]), 0.02) << "channel " << c;
 }
 
 TEST(CalculateCurves, ADimChannelKeepsItsScale)

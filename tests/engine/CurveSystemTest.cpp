@@ -102,13 +102,4 @@ TEST(CurveSystem, RowsOfBothSolves)
     }
 }
 
-TEST(CurveSystem, AnchorOfANarrowRangeIsItsLastNode)
-{
-    const LogGrid grid(100, 150);
-    CurveSystem system(grid, 0, 100); // beyond the grid the anchor would land in a sample's column
-    system.AddAnchor();
-    for (std::int32_t nColumn = 0; nColumn < system.Columns(); ++nColumn)
-        EXPECT_EQ(nColumn == 255 ? 1.0 : 0.0, system.At(0, nColumn)) << nColumn;
-}
-
 } // namespace

@@ -77,10 +77,10 @@ struct Written {
     std::string sErrorStream;
 };
 
-Written Write(RawImage& raw, const std::string& sPath, unsigned nCompression = 2, bool bSixteenBit = false)
+Written Write(RawImage& raw, const std::string& sPath, unsigned nCompression = 2)
 {
     testing::internal::CaptureStderr();
-    const int nResult = WriteLdrTiff(raw, sPath.c_str(), nCompression, bSixteenBit);
+    const int nResult = WriteLdrTiff(raw, sPath.c_str(), nCompression, false);
     return {nResult, testing::internal::GetCapturedStderr()};
 }
 
@@ -122,38 +122,6 @@ TEST(WriteLdrTiff, TagsAndPixelsOfEachCompression)
         EXPECT_EQ(101, nPage);
         EXPECT_EQ(Rgba(Argb()), Pixels(file));
         EXPECT_EQ(1, TIFFLastDirectory(file.get()));
-    }
-}
-
-TEST(WriteLdrTiff, OtherDepths)
-{
-    const std::vector<std::uint16_t> words{0x1234, 0xFFFF, 0x00FF};
-    const Bytes floats = AsBytes(std::vector<float>{0.5F, -1.0F, 1e30F});
-    const struct {
-        const char* name;
-        std::int32_t bitsPerPixel;
-        Bytes record;
-        bool sixteenBit;
-        std::uint16_t samples, bitsPerSample;
-        Bytes file;
-    } cases[] = {
-        {"24", 24, {1, 2, 3}, true, 3, 8, {1, 2, 3}},
-        {"48 kept", 48, AsBytes(words), true, 3, 16, AsBytes(words)},
-        {"48 cut", 48, AsBytes(words), false, 3, 8, {0x12, 0xFF, 0x00}},
-        {"96", 96, floats, true, 3, 32, floats},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        const TempFolder folder;
-        RawPicture picture(1, 1, c.bitsPerPixel, c.record);
-        ASSERT_EQ(1, Write(picture.raw, folder.File("a.tif"), 3, c.sixteenBit).nResult);
-        const TiffFile file = OpenTiff(folder.File("a.tif"));
-        ASSERT_TRUE(file);
-        EXPECT_EQ(c.samples, Tag<std::uint16_t>(file, TIFFTAG_SAMPLESPERPIXEL));
-        EXPECT_EQ(c.bitsPerSample, Tag<std::uint16_t>(file, TIFFTAG_BITSPERSAMPLE));
-        EXPECT_EQ(c.bitsPerSample == 32,
-                  Tag<std::uint16_t>(file, TIFFTAG_SAMPLEFORMAT) == SAMPLEFORMAT_IEEEFP);
-        EXPECT_EQ(c.file, Pixels(file));
     }
 }
 
