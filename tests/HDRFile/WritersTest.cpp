@@ -5,6 +5,7 @@
 #include "tests/HDRFile/CachePicture.h"
 #include "tests/support/FailureRecorder.h"
 #include "tests/support/RecordingProgress.h"
+#include "tests/support/ResourceLimit.h"
 #include "tests/support/TestProcess.h"
 
 #include <gmock/gmock.h>
@@ -14,6 +15,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <numeric>
 
 namespace LS::Tests {
@@ -121,6 +123,21 @@ TEST_P(Writers, FailClearly)
         EXPECT_THAT(failures.Lines(), testing::ElementsAre(testing::StartsWith(c.sLine)));
         EXPECT_FALSE(std::ranges::count(progress.Positions(), 100));
         EXPECT_EQ(nDescriptors, OpenDescriptors());
+    }
+}
+
+TEST_P(Writers, NoticeAFullDisk)
+{
+    const CachePicture cache(20, 70);
+    const std::string sPicture = cache.File("picture");
+    ASSERT_TRUE(Write(cache, sPicture));
+    const rlim_t nSize = std::filesystem::file_size(sPicture);
+    for (const rlim_t nLimit : {rlim_t{100}, nSize / 2, nSize - 1}) {
+        SCOPED_TRACE(nLimit);
+        const FailureRecorder failures;
+        const ResourceLimit full(RLIMIT_FSIZE, nLimit);
+        EXPECT_FALSE(Write(cache, sPicture));
+        EXPECT_THAT(failures.Lines(), testing::ElementsAre(testing::HasSubstr("File too large")));
     }
 }
 
