@@ -63,6 +63,8 @@ TEST_F(Cancel, OfARecovery)
     AtEveryPosition(recover, [&](int nPosition, bool bDone) {
         EXPECT_EQ(nPosition == 100, bDone) << "then the curves are there and are handed out";
         EXPECT_EQ(bDone, !curves.Get().empty());
+        if (nPosition < 38) // while files are read
+            ExpectEmptyWorkspace();
     });
 }
 

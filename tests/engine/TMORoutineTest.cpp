@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <stdexcept>
 
 namespace LS::Tests {
 
@@ -78,6 +79,8 @@ TEST(ToneMap, NothingAbove249AndBlackStaysBlack)
     EXPECT_EQ(249, *std::max_element(bytes.begin(), bytes.end()));
     EXPECT_EQ(Bytes(9, 0), Bytes(bytes.begin(), bytes.begin() + 9));
     EXPECT_EQ(Bytes(27, 0), MapScaledImage({3, 3, std::vector<float>(27, 0.0F)}, 5, 3.0F));
+    float fBlack = 0;
+    EXPECT_THROW(CompressLuminance(&fBlack, 1, 1, 0, 1, -1000, 0.85F, nullptr), std::domain_error);
     EXPECT_EQ(Bytes(3, 249), MapScaledImage({1, 1, {1, 1, 1}}, 0, 2.2F)); // a lone grey is the brightest
 }
 
