@@ -2,6 +2,7 @@
 #include "HDRFile/HalfRow.h"
 #include "HDRFile/ScaleRow.h"
 
+#include "tests/support/Bits.h"
 #include "tests/support/InstructionSets.h"
 
 #include <bit>
@@ -12,15 +13,6 @@
 namespace LS::Tests {
 
 namespace {
-
-std::vector<std::uint32_t> Bits(const std::vector<float>& vfValues)
-{
-    std::vector<std::uint32_t> vnBits;
-    vnBits.reserve(vfValues.size());
-    for (const float f : vfValues)
-        vnBits.push_back(std::bit_cast<std::uint32_t>(f));
-    return vnBits;
-}
 
 /// For each sign and exponent the first and last mantissas, and those around each place where one of a half's
 /// roundings, ties included, could begin: zeros, subnormals, infinities and what is no number are among them.
@@ -51,7 +43,7 @@ void ExpectSameScaled(std::vector<float> vfRow)
     std::vector<float> vfExpected = vfRow;
     reference::ScaleRow(vfExpected);
     ScaleRow(vfRow);
-    ASSERT_EQ(Bits(vfExpected), Bits(vfRow)) << vfRow.size() << " floats";
+    ExpectSameBits(vfExpected, vfRow);
 }
 
 void ExpectSameHalves(const std::vector<float>& vfRow)

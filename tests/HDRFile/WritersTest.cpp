@@ -5,7 +5,10 @@
 #include "tests/HDRFile/CachePicture.h"
 #include "tests/support/FailureRecorder.h"
 #include "tests/support/RecordingProgress.h"
+#include "tests/support/ResourceLimit.h"
+#include "tests/support/TestProcess.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -13,7 +16,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <iterator>
+#include <numeric>
 
 namespace LS::Tests {
 
@@ -39,11 +42,6 @@ INSTANTIATE_TEST_SUITE_P(, Writers,
                                          Format{"Radiance", WriteRadianceFile},
                                          Format{"FloatTiff", WriteFloatTiffFile}),
                          [](const auto& format) { return std::string(format.param.szName); });
-
-std::ptrdiff_t OpenDescriptors()
-{
-    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
-}
 
 /// Saves pictures of the given heights and prints what each reports, all in one line.
 void PrintReports(Writer write, std::initializer_list<std::int32_t> heights)
@@ -82,9 +80,9 @@ TEST_P(Writers, ReportHundredRowsInHundredSteps)
     ProgbarSetter setter = progress.Setter();
     const FailureRecorder failures;
     ASSERT_TRUE(Write(cache, cache.File("picture"), &setter));
-    ASSERT_EQ(100U, progress.Positions().size());
-    for (std::size_t i = 0; i < 100; ++i)
-        EXPECT_EQ(static_cast<int>(i) + 1, progress.Positions()[i]);
+    std::vector<int> vnEach(100);
+    std::iota(vnEach.begin(), vnEach.end(), 1);
+    EXPECT_EQ(vnEach, progress.Positions());
     EXPECT_TRUE(failures.Lines().empty());
 }
 
@@ -117,15 +115,29 @@ TEST_P(Writers, FailClearly)
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.szName);
-        const std::ptrdiff_t nDescriptors = OpenDescriptors();
+        const std::size_t nDescriptors = OpenDescriptors();
         const FailureRecorder failures;
         RecordingProgress progress;
         ProgbarSetter setter = progress.Setter();
         EXPECT_FALSE(GetParam().write(c.szSource, c.szPicture, c.nWidth, c.nHeight, &setter));
-        ASSERT_EQ(1U, failures.Lines().size());
-        EXPECT_TRUE(failures.Lines()[0].starts_with(c.sLine)) << failures.Lines()[0];
+        EXPECT_THAT(failures.Lines(), testing::ElementsAre(testing::StartsWith(c.sLine)));
         EXPECT_FALSE(std::ranges::count(progress.Positions(), 100));
         EXPECT_EQ(nDescriptors, OpenDescriptors());
+    }
+}
+
+TEST_P(Writers, NoticeAFullDisk)
+{
+    const CachePicture cache(20, 70);
+    const std::string sPicture = cache.File("picture");
+    ASSERT_TRUE(Write(cache, sPicture));
+    const rlim_t nSize = std::filesystem::file_size(sPicture);
+    for (const rlim_t nLimit : {rlim_t{100}, nSize / 2, nSize - 1}) {
+        SCOPED_TRACE(nLimit);
+        const FailureRecorder failures;
+        const ResourceLimit full(RLIMIT_FSIZE, nLimit);
+        EXPECT_FALSE(Write(cache, sPicture));
+        EXPECT_THAT(failures.Lines(), testing::ElementsAre(testing::HasSubstr("File too large")));
     }
 }
 

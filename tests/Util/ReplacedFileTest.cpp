@@ -29,21 +29,8 @@ std::string Save(const std::string& sPath, const std::string& sText, Existing ex
     ReplacedFile file(sPath, existing);
     const bool bSaved = file.Write(sText.data(), sText.size()) && file.Commit();
     EXPECT_EQ(bSaved, file.Reason().empty());
-    EXPECT_FALSE(bSaved && file.IsOpen());
     return bSaved ? "saved" : file.Reason();
 }
-
-/// The umask as long as it lives.
-class Umask {
-public:
-    explicit Umask(mode_t nMask) : m_nPrevious(umask(nMask)) {}
-    Umask(const Umask&) = delete;
-    Umask& operator=(const Umask&) = delete;
-    ~Umask() { umask(m_nPrevious); }
-
-private:
-    mode_t m_nPrevious;
-};
 
 unsigned Permissions(const std::string& sPath)
 {
@@ -57,37 +44,23 @@ TEST(ReplacedFile, ShowsNothingBeforeCommit)
     const TempFolder folder;
     WriteText(folder.File("a"), "old");
     {
-        ReplacedFile file(folder.File("a"));
-        ASSERT_TRUE(file.IsOpen());
-        EXPECT_TRUE(file.Write("new, ", 5) && file.Write("and longer", 10));
+        ReplacedFile file(folder.File("a")), byName(folder.File("a")), givenUp(folder.File("a"));
+        EXPECT_TRUE(file.Write("new, ", 5) && file.Write("and longer", 10) && givenUp.Write("x", 1));
         EXPECT_EQ("old", ReadText(folder.File("a")));
-        EXPECT_EQ(2U, folder.Names().size());
+        EXPECT_EQ(4U, folder.Names().size());
         EXPECT_EQ('.', fs::path(file.Path()).filename().native().front());
         EXPECT_TRUE(file.Commit());
-        EXPECT_FALSE(file.Write("x", 1));
-        EXPECT_FALSE(file.Commit()) << "only once";
+        EXPECT_EQ("new, and longer", ReadText(folder.File("a")));
+        EXPECT_FALSE(file.Write("x", 1) || file.Commit()) << "only once";
+
+        WriteText(byName.Path(), "by name");
+        EXPECT_TRUE(byName.Commit());
+        fs::remove(givenUp.Path()); // as a writer by name does with its half file
+        EXPECT_FALSE(givenUp.Commit());
+        const ReplacedFile abandoned(folder.File("a"));
     }
-    EXPECT_EQ("new, and longer", ReadText(folder.File("a")));
-    {
-        ReplacedFile file(folder.File("a"));
-        EXPECT_TRUE(file.Write("given up", 8));
-    }
-    EXPECT_EQ("new, and longer", ReadText(folder.File("a")));
+    EXPECT_EQ("by name", ReadText(folder.File("a")));
     EXPECT_EQ(Names{"a"}, folder.Names());
-}
-
-TEST(ReplacedFile, ServesWritersThatOpenByName)
-{
-    const TempFolder folder;
-    ReplacedFile file(folder.File("a")), other(folder.File("a"));
-    EXPECT_NE(file.Path(), other.Path());
-    WriteText(file.Path(), "by name");
-    EXPECT_TRUE(file.Commit());
-    EXPECT_EQ("by name", ReadText(folder.File("a")));
-
-    fs::remove(other.Path()); // as a writer does with its half file
-    EXPECT_FALSE(other.Commit());
-    EXPECT_EQ("by name", ReadText(folder.File("a")));
 }
 
 TEST(ReplacedFile, KeepsPermissionsAndObeysTheUmask)
@@ -97,8 +70,9 @@ TEST(ReplacedFile, KeepsPermissionsAndObeysTheUmask)
         mode_t mask;
         unsigned after, meanwhile;
     } cases[] = {
-        {{}, 0022, 0644, 0644},   {{}, 0077, 0600, 0600},   {{}, 0007, 0660, 0660},
-        {0640, 0077, 0640, 0600}, {0777, 0022, 0777, 0755}, {0600, 0000, 0600, 0600},
+        {{}, 0022, 0644, 0644},
+        {0640, 0077, 0640, 0600},
+        {0777, 0022, 0777, 0755},
         {0200, 0022, 0200, 0600},
     };
     for (const auto& c : cases) {
@@ -109,57 +83,39 @@ TEST(ReplacedFile, KeepsPermissionsAndObeysTheUmask)
             WriteText(sPath, "old");
             fs::permissions(sPath, static_cast<fs::perms>(*c.before));
         }
-        const Umask umask(c.mask);
+        const mode_t nMaskBefore = umask(c.mask);
         ReplacedFile file(sPath);
         EXPECT_EQ(c.meanwhile, Permissions(file.Path())) << "never open to more than in the end";
         EXPECT_TRUE(file.Commit());
         EXPECT_EQ(c.after, Permissions(sPath));
+        umask(nMaskBefore);
     }
 }
 
 TEST(ReplacedFile, LeavesLinksAsTheyAre)
 {
-    const struct {
-        const char* name;
-        const char* link;
-        const char* secondLink; // what the first one points at, if that is a link too
-        const char* file;
-        bool exists;
-    } cases[] = {
-        {"relative", "real", nullptr, "real", true},
-        {"into a folder", "sub/real", nullptr, "sub/real", true},
-        {"a chain that changes folders", "sub/second", "../real", "real", true},
-        {"to nothing yet", "sub/real", nullptr, "sub/real", false},
-        {"a chain to nothing yet", "sub/second", "new", "sub/new", false},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const bool bExists : {true, false}) {
         const TempFolder folder;
         fs::create_directory(folder.File("sub"));
-        fs::create_symlink(c.link, folder.File("link"));
-        if (c.secondLink)
-            fs::create_symlink(c.secondLink, folder.File(c.link));
-        if (c.exists)
-            WriteText(folder.File(c.file), "old");
+        fs::create_symlink("sub/second", folder.File("link"));
+        fs::create_symlink("../real", folder.File("sub/second"));
+        if (bExists)
+            WriteText(folder.File("real"), "old");
         EXPECT_EQ("saved", Save(folder.File("link"), "new"));
-        EXPECT_EQ(c.link, fs::read_symlink(folder.File("link")));
-        EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(folder.File(c.file))));
-        EXPECT_EQ("new", ReadText(folder.File(c.file)));
+        EXPECT_TRUE(fs::is_symlink(folder.File("link")) && fs::is_symlink(folder.File("sub/second")));
+        EXPECT_EQ("new", ReadText(folder.File("real")));
+        EXPECT_EQ((Names{"link", "real", "sub"}), folder.Names());
     }
 }
 
-TEST(ReplacedFile, TakesTheLongestNameAndAnyBytes)
+TEST(ReplacedFile, TakesTheLongestNameAndARelativeOne)
 {
     const TempFolder folder;
-    for (const std::string& sName : {std::string(255, 'n'), std::string("\xc3\xa9"), std::string("\xff\xfe")})
-        EXPECT_EQ("saved", Save(folder.File(sName), "x")) << sName;
-    EXPECT_EQ(3U, folder.Names().size());
-
     const fs::path before = fs::current_path();
     fs::current_path(folder.Path());
-    EXPECT_EQ("saved", Save("relative", "x"));
+    EXPECT_EQ("saved", Save(std::string(255, 'n'), "x"));
     fs::current_path(before);
-    EXPECT_EQ("x", ReadText(folder.File("relative")));
+    EXPECT_EQ("x", ReadText(folder.File(std::string(255, 'n'))));
 }
 
 TEST(ReplacedFile, RefusesWhatIsNoFile)
@@ -169,7 +125,6 @@ TEST(ReplacedFile, RefusesWhatIsNoFile)
     ASSERT_EQ(0, mkfifo(folder.File("pipe").c_str(), 0600));
     fs::create_symlink("loop", folder.File("loop"));
     fs::create_symlink("pipe", folder.File("to pipe"));
-    fs::create_symlink("/dev/full", folder.File("to device"));
     WriteText(folder.File("file"), "old");
     const Names before = folder.Names();
     const struct {
@@ -178,18 +133,12 @@ TEST(ReplacedFile, RefusesWhatIsNoFile)
     } cases[] = {
         {"", "no name given"},
         {folder.File("folder"), "Is a directory"},
-        {folder.File("folder/."), "Is a directory"},
         {folder.File("missing/"), "Is a directory"},
         {folder.File("missing/a"), "No such file or directory"},
-        {folder.File("file/a"), "Not a directory"},
-        {folder.File("pipe"), "not a regular file"},
         {folder.File("to pipe"), "not a regular file"},
-        {folder.File("to device"), "not a regular file"},
-        {"/dev/full", "not a regular file"},
         {folder.File("loop"), "Too many levels of symbolic links"},
         {folder.File(std::string(256, 'n')), "File name too long"},
         {folder.File(std::string("file\0.png", 9)), "a name can't hold a null character"},
-        {"/proc/a", "No such file or directory"}, // nobody may create files there, not even root
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.path);
@@ -209,7 +158,6 @@ TEST(ReplacedFile, FailuresOfTheDiskLeaveTheOldFile)
     WriteText(folder.File("a"), "old");
     {
         const ResourceLimit full(RLIMIT_FSIZE, 9);
-        EXPECT_EQ("File too large", Save(folder.File("a"), "ten bytes!"));
         ReplacedFile file(folder.File("a"));
         EXPECT_FALSE(file.Write("ten bytes!", 10));
         EXPECT_FALSE(file.Write("x", 1)) << "the gap would go unnoticed";
@@ -223,8 +171,8 @@ TEST(ReplacedFile, FailuresOfTheDiskLeaveTheOldFile)
     EXPECT_EQ(Names{"a"}, folder.Names());
     EXPECT_EQ("old", ReadText(folder.File("a")));
 
-    const FailingCall noSuchThing(SystemCall::Fsync, EINVAL);
-    EXPECT_EQ("saved", Save(folder.File("a"), "new")) << "a file system without synchronisation";
+    const FailingCall unknown(SystemCall::Fsync, EINVAL); // on a file system without synchronisation
+    EXPECT_EQ("saved", Save(folder.File("a"), "new"));
 }
 
 TEST(ReplacedFile, RefusesToReplaceOnEveryFileSystem)
@@ -244,7 +192,6 @@ TEST(ReplacedFile, RefusesToReplaceOnEveryFileSystem)
         EXPECT_EQ("File exists", Save(folder.File("link"), "x", Existing::Refuse));
         {
             ReplacedFile late(folder.File("b"), Existing::Refuse);
-            EXPECT_TRUE(late.IsOpen());
             WriteText(folder.File("b"), "somebody else's");
             EXPECT_FALSE(late.Commit());
             EXPECT_EQ("File exists", late.Reason());

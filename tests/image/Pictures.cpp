@@ -39,11 +39,10 @@ Bytes Encoded(const wxImage& image, wxBitmapType type)
     return bytes;
 }
 
-bool SamePixels(const wxImage& image1, const wxImage& image2)
+wxImage PictureWithoutPixels(int nWidth, int nHeight)
 {
-    const auto nBytes = 3 * static_cast<std::ptrdiff_t>(image1.GetWidth()) * image1.GetHeight();
-    return image1.GetSize() == image2.GetSize() &&
-           std::equal(image1.GetData(), image1.GetData() + nBytes, image2.GetData());
+    static unsigned char pixel[3];
+    return {nWidth, nHeight, pixel, true};
 }
 
 Bytes GreyTiff(const TiffLayout& layout)

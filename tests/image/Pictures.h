@@ -1,6 +1,7 @@
 // Small pictures for the tests of decoding, made at run time.
 #pragma once
 
+#include "tests/support/Pixels.h"
 #include "tests/support/TempFolder.h"
 
 #include <wx/image.h>
@@ -13,7 +14,8 @@ wxImage BlockPicture(int nWidth, int nHeight);
 /// A picture as the library's writer of a format makes it.
 Bytes Encoded(const wxImage& image, wxBitmapType type);
 
-bool SamePixels(const wxImage& image1, const wxImage& image2);
+/// A picture of any size over three bytes, for code that must not get as far as the pixels.
+wxImage PictureWithoutPixels(int nWidth, int nHeight);
 
 /// A TIFF with a single raw strip or tile of 4096 grey bytes, which may claim any size and coding.
 struct TiffLayout {

@@ -5,12 +5,12 @@
 #include "tests/support/FailureRecorder.h"
 #include "tests/support/ResourceLimit.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <tiffio.h>
 
 #include <climits>
 #include <filesystem>
-#include <map>
 #include <memory>
 #include <optional>
 
@@ -38,11 +38,6 @@ template <typename Value> std::optional<Value> Tag(const TiffFile& file, std::ui
     if (TIFFGetField(file.get(), nTag, &value) != 1)
         return {};
     return value;
-}
-
-std::optional<std::uint16_t> ShortTag(const TiffFile& file, std::uint32_t nTag)
-{
-    return Tag<std::uint16_t>(file, nTag);
 }
 
 Bytes Pixels(const TiffFile& file)
@@ -82,10 +77,10 @@ struct Written {
     std::string sErrorStream;
 };
 
-Written Write(RawImage& raw, const std::string& sPath, unsigned nCompression = 2, bool bSixteenBit = false)
+Written Write(RawImage& raw, const std::string& sPath, unsigned nCompression = 2)
 {
     testing::internal::CaptureStderr();
-    const int nResult = WriteLdrTiff(raw, sPath.c_str(), nCompression, bSixteenBit);
+    const int nResult = WriteLdrTiff(raw, sPath.c_str(), nCompression, false);
     return {nResult, testing::internal::GetCapturedStderr()};
 }
 
@@ -97,95 +92,36 @@ TEST(WriteLdrTiff, TagsAndPixelsOfEachCompression)
         unsigned argument;
         std::uint16_t code;
         std::optional<std::uint16_t> predictor;
-    } cases[] = {{0, 1, {}},     {1, 32946, {}},  {2, 32773, {}},       {3, 5, 2},
-                 {5, 32773, {}}, {99, 32773, {}}, {UINT_MAX, 32773, {}}};
-    for (const auto& c : cases)
-        for (const bool bSixteenBit : {false, true}) { // without effect on 32 bits a pixel
-            SCOPED_TRACE(c.argument);
-            const TempFolder folder;
-            const FailureRecorder log;
-            WriteBytes(folder.File("a.tif"), Argb().data(), 60); // replaced
-            RawPicture picture(5, 3, 32, Argb());
-            const Written written = Write(picture.raw, folder.File("a.tif"), c.argument, bSixteenBit);
-            ASSERT_EQ(1, written.nResult);
-            EXPECT_EQ("", written.sErrorStream);
-            EXPECT_TRUE(log.Lines().empty());
-
-            const TiffFile file = OpenTiff(folder.File("a.tif"));
-            ASSERT_TRUE(file);
-            EXPECT_EQ(5U, Tag<std::uint32_t>(file, TIFFTAG_IMAGEWIDTH));
-            EXPECT_EQ(3U, Tag<std::uint32_t>(file, TIFFTAG_IMAGELENGTH));
-            EXPECT_EQ(8, ShortTag(file, TIFFTAG_BITSPERSAMPLE));
-            EXPECT_EQ(2, ShortTag(file, TIFFTAG_PHOTOMETRIC));
-            EXPECT_EQ(1, ShortTag(file, TIFFTAG_PLANARCONFIG));
-            EXPECT_EQ(4, ShortTag(file, TIFFTAG_SAMPLESPERPIXEL));
-            EXPECT_EQ(c.code, ShortTag(file, TIFFTAG_COMPRESSION));
-            EXPECT_EQ(1, ShortTag(file, TIFFTAG_ORIENTATION));
-            EXPECT_EQ(1U, Tag<std::uint32_t>(file, TIFFTAG_ROWSPERSTRIP));
-            EXPECT_EQ(3U, TIFFNumberOfStrips(file.get()));
-            EXPECT_EQ(2, ShortTag(file, TIFFTAG_RESOLUTIONUNIT));
-            EXPECT_EQ(300.0F, Tag<float>(file, TIFFTAG_XRESOLUTION));
-            EXPECT_EQ(300.0F, Tag<float>(file, TIFFTAG_YRESOLUTION));
-            std::uint16_t nPage = 0, nPages = 1;
-            EXPECT_EQ(1, TIFFGetField(file.get(), TIFFTAG_PAGENUMBER, &nPage, &nPages));
-            EXPECT_EQ(101, nPage);
-            EXPECT_EQ(0, nPages);
-            EXPECT_EQ(std::nullopt, ShortTag(file, TIFFTAG_SAMPLEFORMAT));
-            EXPECT_EQ(c.predictor, ShortTag(file, TIFFTAG_PREDICTOR));
-            for (const std::uint32_t nTag : {TIFFTAG_EXTRASAMPLES, TIFFTAG_ICCPROFILE, TIFFTAG_SOFTWARE,
-                                             TIFFTAG_XPOSITION, TIFFTAG_PIXAR_IMAGEFULLWIDTH}) {
-                const void* pValue = nullptr;
-                std::uint32_t nCount = 0;
-                EXPECT_EQ(0, TIFFGetField(file.get(), nTag, &nCount, &pValue)) << nTag;
-            }
-            EXPECT_EQ(Rgba(Argb()), Pixels(file));
-            EXPECT_EQ(1, TIFFLastDirectory(file.get()));
-        }
-}
-
-TEST(WriteLdrTiff, OtherDepths)
-{
-    const std::vector<std::uint16_t> words{0x1234, 0xFFFF, 0x00FF, 0x8000, 0x0100, 0xABCD};
-    const Bytes highBytes{0x12, 0xFF, 0x00, 0x80, 0x01, 0xAB};
-    const Bytes floats = AsBytes(std::vector<float>{0.5F, -1.0F, 1e30F});
-    const std::vector<std::uint16_t> argb{0xFFFF, 0x1234, 0x5678, 0x9ABC};
-    const struct {
-        const char* name;
-        std::int32_t width, bitsPerPixel;
-        Bytes record;
-        bool sixteenBit;
-        std::uint16_t samples, bitsPerSample;
-        std::optional<std::uint16_t> format;
-        Bytes file;
-    } cases[] = {
-        {"24", 2, 24, {1, 2, 3, 4, 5, 6}, true, 3, 8, {}, {1, 2, 3, 4, 5, 6}},
-        {"48 kept", 2, 48, AsBytes(words), true, 3, 16, {}, AsBytes(words)},
-        {"48 cut", 2, 48, AsBytes(words), false, 3, 8, {}, highBytes},
-        {"64 kept",
-         1,
-         64,
-         AsBytes(argb),
-         true,
-         4,
-         16,
-         {},
-         AsBytes(std::vector<std::uint16_t>{0x1234, 0x5678, 0x9ABC, 0xFFFF})},
-        {"64 cut", 1, 64, AsBytes(argb), false, 4, 8, {}, {0x12, 0x56, 0x9A, 0xFF}},
-        {"96", 1, 96, floats, true, 3, 32, SAMPLEFORMAT_IEEEFP, floats},
-        {"128", 1, 128, AsBytes(std::vector<float>{1.0F, 2.0F, 3.0F, 4.0F}), true, 4, 32, SAMPLEFORMAT_IEEEFP,
-         AsBytes(std::vector<float>{2.0F, 3.0F, 4.0F, 1.0F})},
-    };
+    } cases[] = {{0, 1, {}}, {1, 32946, {}}, {2, 32773, {}}, {3, 5, 2}, {UINT_MAX, 32773, {}}};
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
+        SCOPED_TRACE(c.argument);
         const TempFolder folder;
-        RawPicture picture(c.width, 1, c.bitsPerPixel, c.record);
-        ASSERT_EQ(1, Write(picture.raw, folder.File("a.tif"), 3, c.sixteenBit).nResult);
+        const FailureRecorder log;
+        WriteElements(folder.File("a.tif"), Bytes(9999)); // replaced
+        RawPicture picture(5, 3, 32, Argb());
+        const Written written = Write(picture.raw, folder.File("a.tif"), c.argument);
+        ASSERT_EQ(1, written.nResult);
+        EXPECT_EQ("", written.sErrorStream);
+        EXPECT_TRUE(log.Lines().empty());
+        EXPECT_GT(9999U, fs::file_size(folder.File("a.tif")));
+
         const TiffFile file = OpenTiff(folder.File("a.tif"));
         ASSERT_TRUE(file);
-        EXPECT_EQ(c.samples, ShortTag(file, TIFFTAG_SAMPLESPERPIXEL));
-        EXPECT_EQ(c.bitsPerSample, ShortTag(file, TIFFTAG_BITSPERSAMPLE));
-        EXPECT_EQ(c.format, ShortTag(file, TIFFTAG_SAMPLEFORMAT));
-        EXPECT_EQ(c.file, Pixels(file));
+        const std::pair<std::uint32_t, std::optional<std::uint16_t>> tags[] = {
+            {TIFFTAG_BITSPERSAMPLE, 8},    {TIFFTAG_PHOTOMETRIC, 2},         {TIFFTAG_PLANARCONFIG, 1},
+            {TIFFTAG_SAMPLESPERPIXEL, 4},  {TIFFTAG_ORIENTATION, 1},         {TIFFTAG_RESOLUTIONUNIT, 2},
+            {TIFFTAG_COMPRESSION, c.code}, {TIFFTAG_PREDICTOR, c.predictor}, {TIFFTAG_SAMPLEFORMAT, {}}};
+        for (const auto& [nTag, expected] : tags)
+            EXPECT_EQ(expected, Tag<std::uint16_t>(file, nTag)) << nTag;
+        EXPECT_EQ(5U, Tag<std::uint32_t>(file, TIFFTAG_IMAGEWIDTH));
+        EXPECT_EQ(3U, TIFFNumberOfStrips(file.get()));
+        EXPECT_EQ(300.0F, Tag<float>(file, TIFFTAG_XRESOLUTION));
+        EXPECT_EQ(300.0F, Tag<float>(file, TIFFTAG_YRESOLUTION));
+        std::uint16_t nPage = 0, nPages = 1;
+        EXPECT_EQ(1, TIFFGetField(file.get(), TIFFTAG_PAGENUMBER, &nPage, &nPages));
+        EXPECT_EQ(101, nPage);
+        EXPECT_EQ(Rgba(Argb()), Pixels(file));
+        EXPECT_EQ(1, TIFFLastDirectory(file.get()));
     }
 }
 
@@ -198,44 +134,33 @@ TEST(WriteLdrTiff, JpegFailsAtTheFirstRow)
     EXPECT_EQ(-1, written.nResult);
     EXPECT_EQ("P:write image failed\n", written.sErrorStream);
     EXPECT_TRUE(folder.Names().empty());
-    ASSERT_EQ(1U, log.Lines().size());
-    EXPECT_NE(std::string::npos, log.Lines()[0].find("multiple of")) << log.Lines()[0];
+    EXPECT_THAT(log.Lines(), testing::ElementsAre(testing::HasSubstr("multiple of")));
 }
 
 TEST(WriteLdrTiff, WhatCannotBeOpened)
 {
     const TempFolder folder;
     ASSERT_EQ(0, mkfifo(folder.File("pipe").c_str(), 0600));
-    fs::create_directory(folder.File("folder"));
-    fs::create_symlink("/dev/full", folder.File("device"));
-    const auto before = folder.Names();
-    const struct {
-        const char* file;
-        const char* reason;
-    } cases[] = {{"missing/a.tif", "No such file or directory"},
-                 {"pipe", "not a regular file"},
-                 {"folder", "Is a directory"},
-                 {"device", "not a regular file"}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.file);
+    for (const auto& [szFile, szReason] :
+         {std::pair{"missing/a.tif", "No such file or directory"}, {"pipe", "not a regular file"}}) {
+        SCOPED_TRACE(szFile);
         RawPicture picture(5, 3, 32, Argb());
         const FailureRecorder log;
-        const Written written = Write(picture.raw, folder.File(c.file));
+        const Written written = Write(picture.raw, folder.File(szFile));
         EXPECT_EQ(-1, written.nResult);
         EXPECT_EQ("P:image file open failed\n", written.sErrorStream);
-        EXPECT_EQ(std::vector{"save: " + folder.File(c.file) + ": " + c.reason}, log.Lines());
+        EXPECT_EQ(std::vector{"save: " + folder.File(szFile) + ": " + szReason}, log.Lines());
         EXPECT_EQ(Argb(), picture.Pixels()) << "another attempt with the same record must not turn it again";
     }
-    EXPECT_EQ(before, folder.Names());
 }
 
 TEST(WriteLdrTiff, WhatIsNoPicture)
 {
     const TempFolder folder;
     WriteText(folder.File("a.tif"), "old");
-    RawPicture narrow(0, 3, 32, Argb()), flat(5, 0, 32, Argb()), odd(5, 3, 8, Bytes(15));
+    RawPicture narrow(0, 3, 32, Argb()), odd(5, 3, 8, Bytes(15));
     RawImage empty{5, 3, 20, 32, 60, nullptr};
-    for (RawImage* const pRaw : {&narrow.raw, &flat.raw, &odd.raw, &empty}) {
+    for (RawImage* const pRaw : {&narrow.raw, &odd.raw, &empty}) {
         std::string sReason;
         EXPECT_EQ(-1, WriteLdrTiff(*pRaw, folder.File("a.tif").c_str(), 0, false, &sReason));
         EXPECT_EQ("no name, or no picture", sReason);
@@ -248,18 +173,17 @@ TEST(WriteLdrTiff, FullDiskDeletesTheFile)
     const TempFolder folder;
     const std::string sPath = folder.File("a.tif");
     testing::internal::CaptureStderr();
-    for (const unsigned nCompression : {0U, 1U, 2U, 3U}) {
+    for (const unsigned nCompression : {0U, 3U}) {
         RawPicture whole(5, 3, 32, Argb());
         ASSERT_EQ(1, WriteLdrTiff(whole.raw, sPath.c_str(), nCompression, false));
         const rlim_t nSize = fs::file_size(sPath);
-        for (rlim_t nMissing = 0; nMissing <= nSize; nMissing += nMissing < 4 ? 1 : 11) {
+        for (rlim_t nMissing = 1; nMissing < nSize; nMissing += 11) {
             RawPicture picture(5, 3, 32, Argb());
             const FailureRecorder log;
             const ResourceLimit full(RLIMIT_FSIZE, nSize - nMissing);
-            const bool bFits = nMissing == 0;
-            ASSERT_EQ(bFits ? 1 : -1, WriteLdrTiff(picture.raw, sPath.c_str(), nCompression, false));
-            ASSERT_EQ(bFits, fs::exists(sPath)) << nMissing << " of " << nSize;
-            ASSERT_EQ(bFits ? 0U : 1U, log.Lines().size()) << nMissing << " of " << nSize;
+            ASSERT_EQ(-1, WriteLdrTiff(picture.raw, sPath.c_str(), nCompression, false));
+            ASSERT_FALSE(fs::exists(sPath)) << nMissing << " of " << nSize;
+            ASSERT_EQ(1U, log.Lines().size());
         }
     }
     testing::internal::GetCapturedStderr();

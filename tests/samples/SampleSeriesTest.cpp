@@ -21,7 +21,6 @@
 #include <array>
 #include <cmath>
 #include <filesystem>
-#include <iostream>
 
 namespace LS::Tests {
 
@@ -89,41 +88,25 @@ protected:
 
     ~SampleSeries() override { ResetWorkspace(); }
 
-    static std::vector<std::wstring> Files()
+    SampleSeries()
     {
-        std::vector<std::wstring> vsFiles;
-        vsFiles.reserve(kSampleExposures.size());
-        for (const SampleExposure& frame : kSampleExposures)
+        for (const SampleExposure& frame : kSampleExposures) {
             vsFiles.push_back(s_pFolder->WideFile(frame.fileName));
-        return vsFiles;
-    }
-
-    static std::vector<float> Shutters()
-    {
-        std::vector<float> vfShutters;
-        vfShutters.reserve(kSampleExposures.size());
-        for (const SampleExposure& frame : kSampleExposures)
             vfShutters.push_back(static_cast<float>(frame.Seconds()));
-        return vfShutters;
+        }
     }
 
-    static std::vector<float> Constants(double dValue)
-    {
-        return std::vector<float>(kSampleExposures.size(), static_cast<float>(dValue));
-    }
-
-    static bool Recover(OwnedCurves& curves)
-    {
-        return CalculateCurves(Files(), kSampleWidth, kSampleHeight, Shutters(), Constants(kSampleFNumber),
-                               Constants(3), Constants(0), curves.Get(), nullptr);
-    }
+    std::vector<std::wstring> vsFiles;
+    std::vector<float> vfShutters;
+    const std::vector<float> vfStops = std::vector<float>(kSampleExposures.size(), kSampleFNumber);
+    const std::vector<float> vfThrees = std::vector<float>(kSampleExposures.size(), 3);
 
     /// Merges, and gives the ratio of merged to true values of the sampled pixels, channel by channel.
-    static std::array<std::vector<double>, 3> MergedOverTruth(OwnedCurves& curves)
+    std::array<std::vector<double>, 3> MergedOverTruth(OwnedCurves& curves)
     {
         std::array<std::vector<double>, 3> avdRatios;
-        if (!MergeExposures(Files(), kSampleWidth, kSampleHeight, Shutters(), Constants(kSampleFNumber),
-                            Constants(3), Constants(0), curves.Get(), nullptr, &Workspace()))
+        if (!MergeExposures(vsFiles, kSampleWidth, kSampleHeight, vfShutters, vfStops, vfThrees, vfThrees,
+                            curves.Get(), nullptr, &Workspace()))
             return avdRatios;
         curves.Release();
         const Util::RegularFile floats("test", Util::NarrowPath(Workspace().sHDRFile), O_RDONLY);
@@ -140,15 +123,13 @@ protected:
     static inline TempFolder* s_pFolder = nullptr;
 };
 
-/// The median of |ratio / median ratio - 1|.
-double Spread(const std::vector<double>& vdRatios)
+/// The median of |value / median - 1|.
+double Spread(std::vector<double> vdValues)
 {
-    const double dMedian = Median(vdRatios);
-    std::vector<double> vdErrors;
-    vdErrors.reserve(vdRatios.size());
-    for (const double dRatio : vdRatios)
-        vdErrors.push_back(std::fabs(dRatio / dMedian - 1));
-    return Median(vdErrors);
+    const double dMedian = Median(vdValues);
+    for (double& d : vdValues)
+        d = std::fabs(d / dMedian - 1);
+    return Median(vdValues);
 }
 
 } // namespace
@@ -168,16 +149,6 @@ TEST_F(SampleSeries, TellsItsExposures)
         nBytes += std::filesystem::file_size(Photograph(frame));
     }
     EXPECT_GE(3'000'000U, nBytes);
-}
-
-TEST_F(SampleSeries, SpansFourDecades)
-{
-    std::vector<double> vdLuminances;
-    for (const auto& [nPixel, radiance] : Samples())
-        vdLuminances.push_back(0.2126 * radiance[0] + 0.7152 * radiance[1] +
-                               0.0722 * radiance[2]); // Rec. 709
-    std::sort(vdLuminances.begin(), vdLuminances.end());
-    EXPECT_LT(1e4, vdLuminances.back() / vdLuminances.front());
 }
 
 TEST_F(SampleSeries, IsWhatTheCameraMakesOfTheScene)
@@ -211,35 +182,30 @@ TEST_F(SampleSeries, MergesToTheTrueRadianceWithTheTrueCurves)
     const auto avdRatios = MergedOverTruth(curves);
     for (std::size_t c = 0; c < 3; ++c) {
         ASSERT_FALSE(avdRatios[c].empty());
-        const double dMedian = Median(avdRatios[c]) / dUnits, dSpread = Spread(avdRatios[c]);
-        std::cout << "channel " << c << ": median " << dMedian << " of the truth, spread " << dSpread << "\n";
-        EXPECT_NEAR(1, dMedian, 0.01);
-        EXPECT_LT(dSpread, 0.05); // noise and JPEG of single pixels; 0.042 in the worst channel
+        EXPECT_NEAR(1, Median(avdRatios[c]) / dUnits, 0.01);
+        EXPECT_LT(Spread(avdRatios[c]), 0.05); // noise and JPEG of single pixels; 0.042 in the worst channel
     }
 }
 
 TEST_F(SampleSeries, RecoversTheCameraAndTheRadiance)
 {
     OwnedCurves curves;
-    ASSERT_TRUE(Recover(curves));
+    ASSERT_TRUE(CalculateCurves(vsFiles, kSampleWidth, kSampleHeight, vfShutters, vfStops, vfThrees, vfThrees,
+                                curves.Get(), nullptr));
     for (std::size_t c = 0; c < 3; ++c) {
         const std::array<double, 256> truth = TrueCurve(kChannels[c]);
-        std::vector<double> vdLogRatios;
-        for (std::size_t z = 30; z <= 235; ++z)
-            vdLogRatios.push_back(std::log(static_cast<double>(curves.Get()[c][z]) / truth[z]));
-        double dMean = 0, dSquares = 0;
-        for (const double d : vdLogRatios)
-            dMean += d / static_cast<double>(vdLogRatios.size());
-        for (const double d : vdLogRatios)
-            dSquares += (d - dMean) * (d - dMean) / static_cast<double>(vdLogRatios.size());
-        std::cout << "channel " << c << ": log curve RMS " << std::sqrt(dSquares) << "\n";
-        EXPECT_LT(std::sqrt(dSquares), 0.01); // 0.0052 in the worst channel
+        constexpr double VALUES = 206;
+        double dSum = 0, dSquares = 0;
+        for (std::size_t z = 30; z <= 235; ++z) {
+            const double d = std::log(static_cast<double>(curves.Get()[c][z]) / truth[z]);
+            dSum += d;
+            dSquares += d * d;
+        }
+        EXPECT_LT(std::sqrt(dSquares / VALUES - dSum / VALUES * dSum / VALUES), 0.01); // 0.0052 at worst
     }
     const auto avdRatios = MergedOverTruth(curves);
-    for (std::size_t c = 0; c < 3; ++c) {
-        std::cout << "channel " << c << ": spread of the radiance " << Spread(avdRatios[c]) << "\n";
-        EXPECT_LT(Spread(avdRatios[c]), 0.05); // 0.043, hardly more than with the true curves
-    }
+    for (const std::vector<double>& vdRatios : avdRatios)
+        EXPECT_LT(Spread(vdRatios), 0.05); // 0.043, hardly more than with the true curves
 }
 
 } // namespace LS::Tests

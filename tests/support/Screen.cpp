@@ -5,25 +5,9 @@
 
 #include <wx/uiaction.h>
 
-#include <algorithm>
 #include <cstdlib>
 
 namespace LS::Tests {
-
-namespace {
-
-std::size_t ByteCount(const wxImage& image)
-{
-    return static_cast<std::size_t>(image.GetWidth()) * static_cast<std::size_t>(image.GetHeight()) * 3;
-}
-
-} // namespace
-
-bool SamePixels(const wxImage& a, const wxImage& b)
-{
-    return a.IsOk() && b.IsOk() && a.GetSize() == b.GetSize() &&
-           std::equal(a.GetData(), a.GetData() + ByteCount(a), b.GetData());
-}
 
 double MeanDifference(const wxImage& a, const wxImage& b)
 {

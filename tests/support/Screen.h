@@ -1,13 +1,11 @@
 // Comparing what the screen shows, and a pointer that drags.
 #pragma once
 
-#include <wx/image.h>
+#include "tests/support/Pixels.h"
+
 #include <wx/window.h>
 
 namespace LS::Tests {
-
-/// Whether two pictures have the same size and bytes.
-bool SamePixels(const wxImage& a, const wxImage& b);
 
 /// The mean difference of two pictures of one size, per channel.
 double MeanDifference(const wxImage& a, const wxImage& b);

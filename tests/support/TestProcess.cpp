@@ -9,6 +9,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 
 /// Faults inside libraries that the address sanitizer shall pass over.
 extern "C" const char* __asan_default_suppressions() // NOLINT(bugprone-reserved-identifier): its fixed name
@@ -51,6 +52,12 @@ const char* LeaksOfLibraries()
     // fontconfig keeps the patterns of the fonts in use until the process ends; setlocale loses its list of
     // folders each time that LOCPATH names some.
     return "leak:libfontconfig\nleak:__argz_add_sep\n";
+}
+
+std::size_t OpenDescriptors()
+{
+    const std::filesystem::directory_iterator files("/proc/self/fd");
+    return static_cast<std::size_t>(std::distance(begin(files), end(files)));
 }
 
 } // namespace LS::Tests
