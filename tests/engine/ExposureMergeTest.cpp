@@ -145,6 +145,7 @@ TEST(MergeRow, EqualsItsDefinitionBitForBit)
         const std::vector<Result> vMerged = Merge(vImages, E, curves.pointers);
         for (std::size_t x = 0; x < WIDTH; ++x) {
             std::vector<Pixel> vPixel;
+            vPixel.reserve(nImages);
             for (const auto& image : vImages)
                 vPixel.push_back(image[x]);
             SCOPED_TRACE(testing::Message() << nImages << " images, pixel " << x);

@@ -36,6 +36,7 @@ protected:
         const auto nWidth = static_cast<std::size_t>(series.nWidth);
         for (std::size_t nAt = 0; nAt < vImages[0].size(); nAt += 4 * nWidth) {
             std::vector<const unsigned char*> vRows;
+            vRows.reserve(vImages.size());
             for (const Bytes& image : vImages)
                 vRows.push_back(&image[nAt]);
             const auto pfRow =
@@ -91,22 +92,22 @@ TEST_F(MergeExposuresTest, FailuresLeaveNothingButALogLine)
     const struct {
         const char* name;
         void (*spoil)(const std::string& sSource);
-        std::int32_t width;
         const char* reason;
+        std::int32_t width;
         bool leavesFile; // of floats, for the next start to remove
     } cases[] = {
-        {"missing source", [](const std::string& s) { fs::remove(s); }, 4, "No such file", false},
+        {"missing source", [](const std::string& s) { fs::remove(s); }, "No such file", 4, false},
         {"source cut in its last row", [](const std::string& s) { fs::resize_file(s, fs::file_size(s) - 1); },
-         4, "too short", true},
+         "too short", 4, true},
         {"pipe as source",
          [](const std::string& s) {
              fs::remove(s);
              ASSERT_EQ(0, mkfifo(s.c_str(), 0600));
          },
-         4, "not a regular file", false},
-        {"full disk", nullptr, 4, "File too large", false},
-        {"too narrow", nullptr, 1, "too narrow", false},
-        {"no size", nullptr, 0, "unknown", false},
+         "not a regular file", 4, false},
+        {"full disk", nullptr, "File too large", 4, false},
+        {"too narrow", nullptr, "too narrow", 1, false},
+        {"no size", nullptr, "unknown", 0, false},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
