@@ -21,18 +21,17 @@ TEST(Filter, MovesSamplesWithinTheRecord)
     const Words wide{0, 256, 512, 768, 1024, 65280}, fine{65280, 65535, 255, 256, 511, 0};
     const struct { // two rows of one pixel
         void (*convert)(RawImage&);
-        std::int32_t bitsBefore;
         Bytes before;
-        std::int32_t bitsAfter;
+        std::int32_t bitsBefore, bitsAfter;
         Bytes after;
     } cases[] = {
-        {ThreeToFourBpp, 24, {1, 2, 3, 4, 5, 6}, 32, {255, 1, 2, 3, 255, 4, 5, 6}},
-        {ThreeToFourBpp, 24, {1, 2, 3, 99, 4, 5, 6, 99}, 32, {255, 1, 2, 3, 255, 4, 5, 6}}, // padded
-        {ThreeToFourBpp, 96, floats, 128, fourFloats},
-        {ThreeToFourBpp, 32, {1, 2, 3, 4, 5, 6, 7, 8}, 32, {1, 2, 3, 4, 5, 6, 7, 8}},
-        {ArgbToRgbaRows, 32, {1, 2, 3, 4, 5, 6, 7, 8}, 32, {2, 3, 4, 1, 6, 7, 8, 5}},
-        {EightToSixteenBit, 24, {0, 1, 2, 3, 4, 255}, 48, AsBytes(wide)},
-        {SixteenToEightBit, 48, AsBytes(fine), 24, {255, 255, 0, 1, 1, 0}},
+        {ThreeToFourBpp, {1, 2, 3, 4, 5, 6}, 24, 32, {255, 1, 2, 3, 255, 4, 5, 6}},
+        {ThreeToFourBpp, {1, 2, 3, 99, 4, 5, 6, 99}, 24, 32, {255, 1, 2, 3, 255, 4, 5, 6}}, // padded
+        {ThreeToFourBpp, floats, 96, 128, fourFloats},
+        {ThreeToFourBpp, {1, 2, 3, 4, 5, 6, 7, 8}, 32, 32, {1, 2, 3, 4, 5, 6, 7, 8}},
+        {ArgbToRgbaRows, {1, 2, 3, 4, 5, 6, 7, 8}, 32, 32, {2, 3, 4, 1, 6, 7, 8, 5}},
+        {EightToSixteenBit, {0, 1, 2, 3, 4, 255}, 24, 48, AsBytes(wide)},
+        {SixteenToEightBit, AsBytes(fine), 48, 24, {255, 255, 0, 1, 1, 0}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.bitsBefore << " to " << c.bitsAfter);

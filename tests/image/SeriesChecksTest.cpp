@@ -43,6 +43,7 @@ TEST(FindEqualExposures, Table)
 
     // Comparing all pairs would take minutes.
     std::vector<ExposureSetting> many;
+    many.reserve(100'001);
     for (int i = 0; i < 100'000; ++i)
         many.push_back({static_cast<float>(i), 8.0F});
     many.push_back({7.0F, 8.0F});
