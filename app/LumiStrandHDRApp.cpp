@@ -26,6 +26,8 @@
 #include <wx/intl.h>
 #include <wx/msgdlg.h>
 
+wxDECLARE_APP(LumiStrandHDRApp);
+
 namespace {
 
 constexpr const char* LOG_FILE = "HDRLog.log";
@@ -103,9 +105,8 @@ bool LumiStrandHDRApp::Start()
     if (ShowHelp() || !CheckSingleInstance())
         return false;
     OwnCacheFolder();
-    OnEndingSignals(*this,
-                    [](int nSignal) { dynamic_cast<LumiStrandHDRApp*>(wxTheApp)->EndBySignal(nSignal); });
-    OnLostDisplay([] { dynamic_cast<LumiStrandHDRApp*>(wxTheApp)->TakeDown(); });
+    OnEndingSignals(*this, [](int nSignal) { wxGetApp().EndBySignal(nSignal); });
+    OnLostDisplay([] { wxGetApp().TakeDown(); });
     if (!Config::Instance()->Load())
         return false;
     RegisterImageHandlers();

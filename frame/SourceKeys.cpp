@@ -167,13 +167,12 @@ void LumiStrandHDRFrm::OnGridKey(wxKeyEvent& event)
     const int nKey = event.GetKeyCode();
     const bool bTab = nKey == WXK_TAB;
     const bool bEditing = m_grid->IsCellEditControlShown(); // which keeps most keys to itself
-    if (event.AltDown() || m_grid->GetGridCursorRow() < 0)
-        event.Skip();
-    else if (bEditing && (bTab || IsEnter(nKey)))
+    const bool bOurs = !event.AltDown() && m_grid->GetGridCursorRow() >= 0;
+    if (bOurs && bEditing && (bTab || IsEnter(nKey)))
         LeaveCellEditor(event);
-    else if (!bEditing && bTab && !event.HasModifiers())
+    else if (bOurs && !bEditing && bTab && !event.HasModifiers())
         LeaveGrid(*m_grid,
                   event.ShiftDown() ? wxNavigationKeyEvent::IsBackward : wxNavigationKeyEvent::IsForward);
-    else if (bEditing || (!NavigateRows(event) && !RunListKey(event)))
+    else if (!bOurs || bEditing || (!NavigateRows(event) && !RunListKey(event)))
         event.Skip();
 }

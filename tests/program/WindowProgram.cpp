@@ -129,7 +129,10 @@ bool WindowProgram::StartToMainWindow(const std::vector<std::string>& vsArgument
     if (!WaitForWindow(SPLASH_TITLE))
         return false;
     ClickWindow(SPLASH_TITLE);
-    return WaitForWindow(FRAME_TITLE);
+    if (!WaitForWindow(FRAME_TITLE))
+        return false;
+    WaitUntilIdle(); // files of the command line come when the window stands in its place
+    return true;
 }
 
 std::string WindowProgram::SeriesArgument(int nWidth, int nHeight) const
