@@ -171,9 +171,9 @@ TEST_F(SecondStart, HandsItsLastArgumentOver)
 
 TEST_F(SecondStart, ManyAtOnceLeaveOne)
 {
-    std::vector<ProgramProcess> vStarts;
-    for (int n = 0; n < 8; ++n)
-        vStarts.push_back(m_program.StartAgain());
+    std::vector<ProgramProcess> vStarts(8);
+    for (ProgramProcess& start : vStarts)
+        start = m_program.StartAgain();
     ASSERT_TRUE(WaitForWindow(FRAME_TITLE));
     EXPECT_EQ(1, CountWindows(FRAME_TITLE));
     EXPECT_EQ(7, CountWindows(SPLASH_TITLE)) << "all others find it busy, since its splash is up";
@@ -199,7 +199,8 @@ TEST_F(SecondStart, StrangeBytesHarmNobody)
     for (const std::string& sBytes :
          {std::string("GET / HTTP/1.0\r\n\r\n"), sConnect + "\x01\x11\xff\xff\xff\xff",
           sConnect + sExecute.substr(0, sExecute.size() - 1), sExecute,
-          EncodeIpcMessage({IpcCode::Connect, 0, "other"}) + sExecute, sConnect + sConnect + sExecute}) {
+          EncodeIpcMessage({IpcCode::Connect, 0, "other"}) + sExecute,
+          sConnect + EncodeIpcMessage({IpcCode::Connect, 0, IPC_TOPIC}).append(sExecute)}) {
         vOpen.push_back(ConnectLocal(SocketPath(), std::chrono::steady_clock::now() + 5s));
         ASSERT_TRUE(vOpen.back().IsOpen());
         SendAll(vOpen.back().Get(), sBytes, std::chrono::steady_clock::now() + 5s);
