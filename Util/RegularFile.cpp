@@ -36,9 +36,9 @@ bool IsMissing(const std::string& sPath)
     return stat(sPath.c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR);
 }
 
-RegularFile::RegularFile(const char* szStep, const std::string& sPath, int nFlags)
+RegularFile::RegularFile(const char* szStep, const std::string& sPath, int nFlags, mode_t nMode)
     // Without O_NONBLOCK the open of a pipe waits for its other end; regular files know no such wait.
-    : m_szStep(szStep), m_sPath(sPath), m_file(open(sPath.c_str(), nFlags | O_NONBLOCK | O_CLOEXEC, 0600))
+    : m_szStep(szStep), m_sPath(sPath), m_file(open(sPath.c_str(), nFlags | O_NONBLOCK | O_CLOEXEC, nMode))
 {
     struct stat status = {};
     if (!IsOpen() || fstat(Descriptor(), &status) != 0) {

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <sys/types.h>
 
 namespace LS::Util {
 
@@ -19,6 +20,9 @@ bool IsRegularFile(const std::string& sPath, std::string& sReason);
 /// @param sPath  in the file system's bytes
 bool IsMissing(const std::string& sPath);
 
+/// The mode of working files: what they hold may be closed to others where it came from.
+constexpr mode_t OWNER_ONLY = 0600;
+
 /// Owns the descriptor of a regular file.
 class RegularFile {
 public:
@@ -26,8 +30,9 @@ public:
     /// and not a wait. Failures are logged.
     /// @param szStep  what the file is wanted for, for the log
     /// @param sPath   in the file system's bytes
-    /// @param nFlags  those of open(2); a new file is open to its owner only
-    RegularFile(const char* szStep, const std::string& sPath, int nFlags);
+    /// @param nFlags  those of open(2)
+    /// @param nMode   of a new file, less the process's mask
+    RegularFile(const char* szStep, const std::string& sPath, int nFlags, mode_t nMode = 0666);
 
     bool IsOpen() const { return m_file.IsOpen(); }
     int Descriptor() const { return m_file.Get(); }

@@ -79,7 +79,7 @@ class FloatCacheFile {
 public:
     FloatCacheFile(std::wstring sPath, std::int32_t nWidth)
         : m_sPath(std::move(sPath)), m_nRowBytes(3 * sizeof(float) * Size(nWidth)),
-          m_file(STEP, LS::Util::NarrowPath(m_sPath), O_WRONLY | O_CREAT | O_TRUNC)
+          m_file(STEP, LS::Util::NarrowPath(m_sPath), O_WRONLY | O_CREAT | O_TRUNC, LS::Util::OWNER_ONLY)
     {
     }
 

@@ -118,7 +118,8 @@ LS::Util::LargeBuffer<float> SplitLuminance(float* pfLogAverage, const std::wstr
     FloatRowReader cache(sFile, 3 * Size(nWidth));
     if (!cache.IsOpen())
         return nullptr;
-    RegularFile chroma(STEP, LS::Util::NarrowPath(sXYFile), O_WRONLY | O_CREAT | O_TRUNC);
+    RegularFile chroma(STEP, LS::Util::NarrowPath(sXYFile), O_WRONLY | O_CREAT | O_TRUNC,
+                       LS::Util::OWNER_ONLY);
     if (!chroma.IsOpen())
         return nullptr;
 

@@ -48,7 +48,7 @@ Writing WriteRows(const wxImage& image, std::FILE* pFile, const std::function<bo
 /// Creates or empties a regular file; null, which is logged, where the path leads to anything else.
 File Create(const std::string& sPath)
 {
-    LS::Util::RegularFile regular("convert", sPath, O_WRONLY | O_CREAT | O_TRUNC);
+    LS::Util::RegularFile regular("convert", sPath, O_WRONLY | O_CREAT | O_TRUNC, LS::Util::OWNER_ONLY);
     if (!regular.IsOpen())
         return nullptr;
     File file(::fdopen(regular.Descriptor(), "wb"));

@@ -84,6 +84,11 @@ TEST_P(Writers, ReportHundredRowsInHundredSteps)
     std::iota(vnEach.begin(), vnEach.end(), 1);
     EXPECT_EQ(vnEach, progress.Positions());
     EXPECT_TRUE(failures.Lines().empty());
+
+    const mode_t nMask = umask(0);
+    umask(nMask);
+    const auto permissions = std::filesystem::status(cache.File("picture")).permissions();
+    EXPECT_EQ(std::filesystem::perms(0666 & ~nMask), permissions) << "as any file that a user saves";
 }
 
 TEST_P(Writers, FailClearly)
