@@ -3,10 +3,8 @@
 
 #include "image/ExifTime.h"
 #include "image/Exiv2Messages.h"
+#include "image/Exiv2Versions.h"
 #include "image/MetadataFile.h"
-
-#include <exiv2/exif.hpp>
-#include <exiv2/image.hpp>
 
 #include <exception>
 #include <stdexcept>
@@ -29,7 +27,7 @@ Exiv2::Exifdatum FindTag(const Exiv2::ExifData& exifData, const char* szKey)
 void ReadTags(const Exiv2::ExifData& exifData, bool bExchangesSides, ExposureValues& values)
 {
     const auto integer = [&](const char* szKey) {
-        return static_cast<std::int32_t>(FindTag(exifData, szKey).toLong(0));
+        return static_cast<std::int32_t>(IntegerOf(FindTag(exifData, szKey)));
     };
     const auto number = [&](const char* szKey) { return FindTag(exifData, szKey).toFloat(0); };
 

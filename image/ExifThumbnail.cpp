@@ -3,11 +3,9 @@
 
 #include "Util/Paths.h"
 #include "image/Exiv2Messages.h"
+#include "image/Exiv2Versions.h"
 #include "image/ImageDecoder.h"
 #include "image/MetadataFile.h"
-
-#include <exiv2/exif.hpp>
-#include <exiv2/image.hpp>
 
 #include <algorithm>
 #include <stdexcept>
@@ -47,11 +45,12 @@ wxImage ReadExifThumbnail(const wxString& path, Exiv2::ExifData& exif, std::stri
         return {};
 
     const Exiv2::ExifThumbC thumbnail(exif);
-    const Exiv2::DataBuf bytes = thumbnail.copy();
-    if (!bytes.pData_ || bytes.size_ <= 0)
+    const Exiv2::DataBuf buffer = thumbnail.copy();
+    const std::span<const unsigned char> bytes = BytesOf(buffer);
+    if (bytes.empty())
         return {};
-    DecodedImage decoded = DecodeBytes(bytes.pData_, static_cast<std::size_t>(bytes.size_),
-                                       TypeOf(thumbnail.extension()), OrientationOf(exif));
+    DecodedImage decoded =
+        DecodeBytes(bytes.data(), bytes.size(), TypeOf(thumbnail.extension()), OrientationOf(exif));
     sReason = decoded.sReason;
     return decoded.image;
 }

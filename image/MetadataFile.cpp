@@ -4,10 +4,9 @@
 #include "Util/FileDescriptor.h"
 #include "Util/RegularFile.h"
 #include "image/Exiv2Messages.h"
+#include "image/Exiv2Versions.h"
 #include "image/ImageHeader.h"
 
-#include <exiv2/exif.hpp>
-#include <exiv2/image.hpp>
 #include <exiv2/matroskavideo.hpp>
 #include <exiv2/quicktimevideo.hpp>
 #include <exiv2/riffvideo.hpp>
@@ -30,13 +29,12 @@ std::string PlainFilePath(const std::string& sPath)
 /// lie beside photographs, which are read as a whole, however long.
 bool IsNoPhotograph(const Exiv2::Image& image)
 {
-    constexpr int ASF = 24; // its header doesn't stand alone
     switch (image.imageType()) {
     case Exiv2::ImageType::riff:
     case Exiv2::ImageType::mkv:
     case Exiv2::ImageType::qtime:
     case Exiv2::ImageType::xmp:
-    case ASF:
+    case IMAGE_TYPE_ASF:
         return true;
     default:
         return false;
@@ -77,7 +75,7 @@ std::unique_ptr<Exiv2::Image> OpenMetadata(const std::string& sPath, std::string
 Orientation OrientationOf(const Exiv2::ExifData& exif)
 {
     const auto tag = exif.findKey(Exiv2::ExifKey("Exif.Image.Orientation"));
-    return tag != exif.end() && tag->count() == 1 ? OrientationOfTag(static_cast<int>(tag->toLong()))
+    return tag != exif.end() && tag->count() == 1 ? OrientationOfTag(static_cast<int>(IntegerOf(*tag)))
                                                   : Orientation::Upright;
 }
 

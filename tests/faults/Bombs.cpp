@@ -9,6 +9,7 @@
 #include <zlib.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <stdexcept>
 #include <string_view>
 
