@@ -38,7 +38,11 @@ public:
         return wxFileExists(file) ? wxMsgCatalog::CreateFromFile(file, domain) : nullptr;
     }
 
-    wxArrayString GetAvailableTranslations(const wxString&) const override { return {}; }
+    /// A domain is named for its one language. From wxWidgets 3.2.3 on nothing else is loaded.
+    wxArrayString GetAvailableTranslations(const wxString& domain) const override
+    {
+        return wxArrayString(1, &domain);
+    }
 
 private:
     wxString m_folder;
