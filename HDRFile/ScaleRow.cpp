@@ -1,31 +1,50 @@
 // From the merge's units to those of the picture files.
 #include "HDRFile/ScaleRow.h"
 
-#if defined(__x86_64__)
-#include <immintrin.h>
+#include <cstddef>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "HDRFile/ScaleRow.cpp"
+#include <hwy/foreach_target.h>
+
+#include "Util/Lanes-inl.h"
+
+#ifndef LS_HDRFILE_FILE_UNITS // once, not once per target
+#define LS_HDRFILE_FILE_UNITS
+namespace {
+constexpr double FILE_UNITS = 0.001; // of the merge's units
+} // namespace
 #endif
 
-namespace {
+HWY_BEFORE_NAMESPACE();
+namespace LS::Lanes::HWY_NAMESPACE {
 
-constexpr double FILE_UNITS = 0.001; // of the merge's units
+/// Scales as many values as vectors cover, from the first on. @return their number
+std::size_t ScaleValues([[maybe_unused]] float* pfValues, [[maybe_unused]] std::size_t nValues)
+{
+    std::size_t i = 0;
+#if LS_HAS_LANES
+    // The compiler doesn't vectorise the loop by itself. 24 MP: 62 ms -> 28 ms, of some 900 ms that an
+    // OpenEXR save takes.
+    for (; i + COUNT <= nValues; i += COUNT)
+        Store(pfValues + i, Rounded(Widened(Load(pfValues + i)) * Each(FILE_UNITS)));
+#endif
+    return i;
+}
 
-} // namespace
+} // namespace LS::Lanes::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+
+namespace LS::Lanes {
+HWY_EXPORT(ScaleValues);
+} // namespace LS::Lanes
 
 void ScaleRow(std::span<float> fRow)
 {
-#if defined(__x86_64__)
-    // Every processor of this platform has these instructions; the compiler doesn't vectorise the loop by
-    // itself. 24 MP: 62 ms -> 28 ms, of some 900 ms that an OpenEXR save takes.
-    const __m128d units = _mm_set1_pd(FILE_UNITS);
-    while (fRow.size() >= 4) {
-        const __m128 values = _mm_loadu_ps(fRow.data());
-        const __m128d low = _mm_cvtps_pd(values) * units;
-        const __m128d high = _mm_cvtps_pd(_mm_movehl_ps(values, values)) * units;
-        _mm_storeu_ps(fRow.data(), _mm_movelh_ps(_mm_cvtpd_ps(low), _mm_cvtpd_ps(high)));
-        fRow = fRow.subspan(4);
-    }
-#endif
-    reference::ScaleRow(fRow);
+    using namespace LS::Lanes;
+    reference::ScaleRow(fRow.subspan(HWY_DYNAMIC_DISPATCH(ScaleValues)(fRow.data(), fRow.size())));
 }
 
 namespace reference {
@@ -37,3 +56,5 @@ void ScaleRow(std::span<float> fRow)
 }
 
 } // namespace reference
+
+#endif // HWY_ONCE

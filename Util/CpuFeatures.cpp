@@ -1,45 +1,36 @@
-// Which of the processor's instruction sets the kernels use, decided at run time.
+// How far kernels go in the use of the processor.
 #include "Util/CpuFeatures.h"
 
-#include <algorithm>
-#include <atomic>
+#include <cstdint>
 
-#if defined(__x86_64__)
-#include <cpuid.h>
-#endif
+#include <hwy/highway.h>
 
 namespace LS::Util {
 
 namespace {
 
-// Atomic, so that a limit may be set while a kernel runs elsewhere.
-std::atomic<InstructionSet> g_limit{InstructionSet::Avx2};
-
-InstructionSet Detect()
-{
-#if defined(__x86_64__)
-    __builtin_cpu_init();
-    unsigned nA = 0, nB = 0, nFeatures = 0, nD = 0;
-    // The compiler's run-time also asks whether the system saves the wide registers. It has a name for F16C
-    // too, but not every compiler knows that.
-    if (__builtin_cpu_supports("avx2") && __get_cpuid(1, &nA, &nB, &nFeatures, &nD) != 0 &&
-        (nFeatures & bit_F16C) != 0)
-        return InstructionSet::Avx2;
-#endif
-    return InstructionSet::Baseline;
-}
+bool g_bKernels = true;
 
 } // namespace
 
-InstructionSet BestInstructionSet()
-{
-    static const InstructionSet detected = Detect();
-    return std::min(detected, g_limit.load(std::memory_order_relaxed));
-}
-
 void LimitInstructionSet(InstructionSet limit)
 {
-    g_limit.store(limit, std::memory_order_relaxed);
+    g_bKernels = limit != InstructionSet::Plain;
+    hwy::DisableTargets(limit == InstructionSet::Best ? 0 : HWY_AVX2);
+    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+}
+
+bool KernelsAllowed()
+{
+    return g_bKernels;
+}
+
+const char* InstructionSetInUse()
+{
+    if (!g_bKernels)
+        return "plain";
+    const auto targets = static_cast<std::int64_t>(hwy::SupportedTargets()) & HWY_TARGETS;
+    return hwy::TargetName(targets & -targets); // the better the set, the lower its bit
 }
 
 } // namespace LS::Util

@@ -1,21 +1,21 @@
-// Which of the processor's instruction sets the kernels use, decided at run time.
+// How far kernels go in the use of the processor, for tests and benchmarks.
 #pragma once
 
 namespace LS::Util {
 
-/// Instruction sets that kernels are written for, each with all that those before it have.
+/// What kernels may use, each with all that those before it have.
 enum class InstructionSet {
-    Plain,    ///< no kernels at all where a plain twin exists: only as a limit, for comparisons
-    Baseline, ///< what every processor of this platform has: SSE2
-    Avx2      ///< AVX2 and F16C; never fused multiply-add, since results keep their bits
+    Plain,    ///< no kernels at all where a plain twin exists
+    Baseline, ///< vectors of 128 bits: SSSE3, or SSE2 if Highway knows it; NEON
+    Best      ///< the best of what this processor has and kernels are compiled for: up to AVX2
 };
 
-/// The best set that this processor and its system offer, or the limit if that is lower. Cheap enough for
-/// one call per row.
-InstructionSet BestInstructionSet();
-
-/// Keeps kernels from sets above this one, for tests and benchmarks; Avx2 lifts the limit. A set that the
-/// processor lacks stays out of use.
+/// Keeps kernels from what is above the limit; Best lifts it. Not to be called while a kernel runs.
 void LimitInstructionSet(InstructionSet limit);
+
+bool KernelsAllowed();
+
+/// What kernels use, such as "AVX2".
+const char* InstructionSetInUse();
 
 } // namespace LS::Util

@@ -9,6 +9,14 @@ set(BLA_VENDOR OpenBLAS)
 find_package(LAPACK REQUIRED)
 pkg_check_modules(EXIV2 REQUIRED IMPORTED_TARGET exiv2)
 pkg_check_modules(TINYXML REQUIRED IMPORTED_TARGET tinyxml)
+pkg_check_modules(HIGHWAY REQUIRED IMPORTED_TARGET libhwy>=1.0.3)
+
+# Kernels, compiled for the instruction sets that are worth it. Of what Highway knows, the better sets have the lower
+# bits: so nothing above AVX2 and NEON, and nothing between AVX2 and what every processor of today has.
+add_library(ls_highway INTERFACE)
+target_link_libraries(ls_highway INTERFACE PkgConfig::HIGHWAY)
+target_compile_definitions(ls_highway INTERFACE
+    "HWY_DISABLED_TARGETS=(HWY_ARCH_X86?(HWY_AVX2-1)|HWY_SSE4:HWY_NEON-1)")
 
 # ls_wx(NAME components...): wxWidgets as wx-config gives it, with its headers as system headers.
 function(ls_wx name)

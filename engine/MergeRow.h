@@ -1,4 +1,4 @@
-// One row of the merge: the definition, and a fast road that gives the same bits.
+// One row of the merge: the definition, and a kernel that gives the same bits.
 #pragma once
 
 #include <array>
@@ -16,7 +16,8 @@ struct MergeTables {
         std::array<float, 4> f{};
     };
     using Channel = std::array<Entry, 256>;
-    static constexpr std::size_t WEIGHT = 3; ///< the place behind those of red, green and blue
+    static constexpr std::size_t WEIGHT = 3;     ///< the place behind those of red, green and blue
+    static constexpr float NO_WEIGHT = 0.00001F; ///< a sum of weights below it: no reading was usable
 
     /// @param vafCurves   three curves of 256 floats: red, green, blue
     /// @param vfWeights   256 confidences
@@ -31,14 +32,14 @@ struct MergeTables {
 
 /// Merges one row of all images: the weighted mean of curve(z) / E, with a fallback for pixels that no image
 /// shows usably. Every product, quotient and sum is rounded to 32 bits, left to right, in the order of the
-/// images, so all roads give the same bits.
+/// images, so all ways to it give the same bits.
 /// @param vpRows  one row per exposure, 4 bytes a pixel: ignored, red, green, blue
 /// @param pfRow   receives nWidth x 3 floats, interleaved R, G, B
 void MergeRow(const MergeTables& tables, std::span<const unsigned char* const> vpRows, std::int32_t nWidth,
               float* pfRow);
 
 namespace reference {
-/// The definition, one pixel at a time. Tests hold the fast road to it.
-void MergeRow(const MergeTables& tables, std::span<const unsigned char* const> vpRows, std::int32_t nWidth,
-              float* pfRow);
+/// The definition, for the pixels from nFirst up to nEnd. The kernels have its bits.
+void MergePixels(const MergeTables& tables, std::span<const unsigned char* const> vpRows, std::size_t nFirst,
+                 std::size_t nEnd, float* pfRow);
 } // namespace reference

@@ -57,15 +57,6 @@ if [ -n "$build" ]; then
         image/libls_cache.a
 fi
 
-# An inline function that code for better instructions shares with other code could be linked for both.
-while IFS= read -r object; do
-    found=$(nm -C --defined-only "$object" | grep -E ' [uVvWw] ' | grep -vE 'Avx2| DW\.ref\.' || true)
-    if [ -n "$found" ]; then
-        printf '%s shares:\n%s\n' "$object" "$found"
-        status=1
-    fi
-done < <([ -z "$build" ] || find "$build" -name '*Avx2*.o')
-
 # Sources that no target names aren't built, tested or seen.
 while IFS= read -r source; do
     echo "$source: no target names this file."

@@ -4,11 +4,11 @@
 # shellcheck disable=SC2034 # the scripts that source this file use the lists of packages
 
 BUILD_PACKAGES="g++ cmake ninja-build ccache pkg-config libwxgtk3.2-dev libopenexr-dev libexiv2-dev
-    libtiff-dev libtinyxml-dev libopenblas-dev libx11-dev gettext"
+    libtiff-dev libtinyxml-dev libhwy-dev libopenblas-dev libx11-dev gettext"
 RUN_PACKAGES="fonts-dejavu-core adwaita-icon-theme librsvg2-common"
 TEST_PACKAGES="libgtest-dev libgmock-dev libbenchmark-dev libjpeg-dev xvfb openbox xdotool locales
     parallel dpkg-dev file libxml2-utils"
-FUZZ_PACKAGES="clang libclang-rt-14-dev"
+FUZZ_PACKAGES="clang libclang-rt-dev"
 LINT_PACKAGES="clang-format clang-tidy shellcheck desktop-file-utils appstream man-db"
 
 # Precompiled headers are only cached if ccache may trust them.

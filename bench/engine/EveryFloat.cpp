@@ -4,7 +4,7 @@
 #include "Util/CpuFeatures.h"
 #include "engine/DisplayCurve.h"
 #include "engine/LuminanceCompression.h"
-#include "engine/lanes/Elementary.h"
+#include "engine/lanes/Margins.h"
 
 #include <algorithm>
 #include <array>
@@ -15,10 +15,62 @@
 #include <cstring>
 #include <vector>
 
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "bench/engine/EveryFloat.cpp"
+#include <hwy/foreach_target.h>
+
+#include "engine/lanes/Elementary-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace LS::Lanes::HWY_NAMESPACE {
+
+// The functions on lanes, for four floats.
+
+#if LS_HAS_LANES
+void LogOfLuminance(const float* pf, double* pd, float)
+{
+    StoreDoubles(pd, Log(Widened(Load(pf)) + Each(0.000023)));
+}
+void LogOfValue(const float* pf, double* pd, float)
+{
+    StoreDoubles(pd, Log(Widened(Load(pf)) + Each(1.0)));
+}
+void BiasTerm(const float* pf, double* pd, float fPower)
+{
+    StoreDoubles(pd, BiasedLog(Load(pf), fPower));
+}
+#else
+void LogOfLuminance(const float* pf, double* pd, float)
+{
+    std::transform(pf, pf + 4, pd, [](float f) { return std::log(f + 0.000023); });
+}
+void LogOfValue(const float* pf, double* pd, float)
+{
+    std::transform(pf, pf + 4, pd, [](float f) { return std::log(f + 1.0); });
+}
+void BiasTerm(const float* pf, double* pd, float fPower)
+{
+    std::transform(pf, pf + 4, pd,
+                   [=](float f) { return std::log(2.0 + 8.0 * std::pow(static_cast<double>(f), fPower)); });
+}
+#endif
+
+} // namespace LS::Lanes::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+
+namespace LS::Lanes {
+HWY_EXPORT(LogOfLuminance);
+HWY_EXPORT(LogOfValue);
+HWY_EXPORT(BiasTerm);
+} // namespace LS::Lanes
+
 namespace {
 
-namespace Lanes = LS::Lanes;
+using namespace LS::Lanes;
 
+constexpr std::size_t LANES = 4;
 constexpr std::uint32_t GROUP = 1024; // consecutive floats
 std::uint32_t g_nStep = GROUP;
 bool g_bGood = true;
@@ -52,10 +104,10 @@ void CheckLogarithm(const char* szWhat, OnLanes onLanes, Plain plain)
 {
     double dWorst = 0;
     ForGroups(0.0F, 3.4e38F, 1, [&](const std::array<float, GROUP>& values) {
-        for (std::size_t i = 0; i < GROUP; i += Lanes::COUNT) {
-            std::array<double, Lanes::COUNT> results;
-            Lanes::Sse2::Store(results.data(), onLanes(Lanes::Load(&values[i])));
-            for (std::size_t k = 0; k < Lanes::COUNT; ++k) {
+        for (std::size_t i = 0; i < GROUP; i += LANES) {
+            std::array<double, LANES> results;
+            onLanes(&values[i], results.data());
+            for (std::size_t k = 0; k < LANES; ++k) {
                 const double dExpected = plain(values[i + k]);
                 const double dError = results[k] == dExpected ? 0 : std::fabs(results[k] / dExpected - 1);
                 if (!(dError <= dWorst)) // NaN, too
@@ -63,23 +115,21 @@ void CheckLogarithm(const char* szWhat, OnLanes onLanes, Plain plain)
             }
         }
     });
-    Report(szWhat, dWorst <= Lanes::ELEMENTARY_ERROR, "worst relative error 2^%.1f", std::log2(dWorst));
+    Report(szWhat, dWorst <= ELEMENTARY_ERROR, "worst relative error 2^%.1f", std::log2(dWorst));
 }
 
 void CheckLogarithms()
 {
-    using Lanes::Sse2;
-    CheckLogarithm(
-        "log(Y + 0.000023)",
-        [](Lanes::Floats f) { return Lanes::Log<Sse2>(Sse2::Widened(f) + Sse2::Each(0.000023)); },
-        [](float f) { return std::log(f + 0.000023); });
-    CheckLogarithm(
-        "log(v + 1)", [](Lanes::Floats f) { return Lanes::Log<Sse2>(Sse2::Widened(f) + Sse2::Each(1)); },
-        [](float f) { return std::log(f + 1.0); });
     const float fPower = ToneCurve(0, 1, 0, TONE_BIAS).fBiasPower;
-    CheckLogarithm(
-        "log(2 + 8 x^p)", [=](Lanes::Floats f) { return Lanes::BiasedLog<Sse2>(f, fPower); },
-        [=](float f) { return std::log(2.0 + 8.0 * std::pow(static_cast<double>(f), fPower)); });
+    const auto onLanes = [=](auto function) {
+        return [=](const float* pf, double* pd) { function(pf, pd, fPower); };
+    };
+    CheckLogarithm("log(Y + 0.000023)", onLanes(HWY_DYNAMIC_DISPATCH(LogOfLuminance)),
+                   [](float f) { return std::log(f + 0.000023); });
+    CheckLogarithm("log(v + 1)", onLanes(HWY_DYNAMIC_DISPATCH(LogOfValue)),
+                   [](float f) { return std::log(f + 1.0); });
+    CheckLogarithm("log(2 + 8 x^p)", onLanes(HWY_DYNAMIC_DISPATCH(BiasTerm)),
+                   [=](float f) { return std::log(2.0 + 8.0 * std::pow(static_cast<double>(f), fPower)); });
 }
 
 void CheckBytes(float fGamma)
@@ -114,3 +164,5 @@ int main(int argc, char** argv)
         CheckBytes(static_cast<float>(nSlider / 10.0));
     return g_bGood ? 0 : 1;
 }
+
+#endif // HWY_ONCE

@@ -1,23 +1,28 @@
-// The tone mapper's kernels, one set for each instruction set.
+// The engine's kernels, one set for each instruction set.
 //
-// Each kernel does as many pixels as its vectors cover, from the first on, and gives their number; the rest
+// Each kernel does as many pixels as its vectors cover, from the first on, and returns their number; the rest
 // is for the plain twin. All give the bits of the plain twin, for all values.
 #pragma once
 
 #include <cstddef>
+#include <span>
 
-struct ToneCurve;
 struct ByteCells;
+struct MergeTables;
+struct ToneCurve;
 
 namespace LS::Lanes {
 
-struct ToneKernels {
+struct EngineKernels {
+    /// One row of all images. See MergeRow.h.
+    std::size_t (*MergeRow)(const MergeTables& tables, std::span<const unsigned char* const> vpRows,
+                            std::size_t nWidth, float* pfRow);
     /// Planes of R, G, B to Y, x, y, in place, with the statistics of FoldLuminance.
     std::size_t (*PlanesToYxy)(float* pfFirst, float* pfSecond, float* pfThird, std::size_t nPixels,
                                float* pfSumLog, float* pfMax);
     /// The same for interleaved pixels.
     std::size_t (*RowToYxy)(float* pfPixels, std::size_t nPixels, float* pfSumLog, float* pfMax);
-    /// Compresses a band of TONE_BLOCK rows in place, and gives the number of its columns that are done.
+    /// Compresses a band of TONE_BLOCK rows in place, and returns the number of its columns that are done.
     std::size_t (*CompressBand)(float* pfBand, std::size_t nWidth, const ToneCurve& curve);
     /// Planes of Y, x, y to R, G, B, in place.
     std::size_t (*PlanesToRGB)(float* pfFirst, float* pfSecond, float* pfThird, std::size_t nPixels);
@@ -29,9 +34,7 @@ struct ToneKernels {
 };
 
 /// The set for the best instructions at hand, or null where the plain twins are all there is.
-const ToneKernels* Kernels();
-
-extern const ToneKernels SSE2_KERNELS, AVX2_KERNELS;
+const EngineKernels* Kernels();
 
 // What kernels leave to the library's functions.
 float SumWithLog(float fSum, float fY);

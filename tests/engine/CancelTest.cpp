@@ -91,8 +91,8 @@ TEST_F(Cancel, OfAMappingLeavesTheMergedImage)
     const struct {
         std::int32_t nWidth; // above 1500 the mapping goes by rows
         Util::InstructionSet limit;
-    } cases[] = {{1500, Util::InstructionSet::Avx2},
-                 {1501, Util::InstructionSet::Avx2},
+    } cases[] = {{1500, Util::InstructionSet::Best},
+                 {1501, Util::InstructionSet::Best},
                  {1500, Util::InstructionSet::Plain}};
     for (const auto& c : cases) {
         const InstructionLimit limited(c.limit);

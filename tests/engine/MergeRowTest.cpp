@@ -79,7 +79,7 @@ TEST(MergeRowKernel, EqualsThePlainRoadOnEveryInstructionSet)
                         // What lies behind the row must stay as it is.
                         std::vector<float> vfExpected(3 * LARGEST_WIDTH + 8, 77.0F), vfActual(vfExpected);
                         const auto nPixels = static_cast<std::int32_t>(nWidth);
-                        reference::MergeRow(tables, vpRows, nPixels, vfExpected.data());
+                        reference::MergePixels(tables, vpRows, 0, nWidth, vfExpected.data());
                         MergeRow(tables, vpRows, nPixels, vfActual.data());
                         SCOPED_TRACE(nWidth);
                         ExpectSameBits(vfExpected, vfActual);

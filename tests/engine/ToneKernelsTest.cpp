@@ -5,9 +5,6 @@
 #include "engine/lanes/Kernels.h"
 #include "tests/support/Bits.h"
 #include "tests/support/InstructionSets.h"
-#ifdef __x86_64__
-#include "engine/lanes/Elementary.h"
-#endif
 
 #include <gtest/gtest.h>
 
@@ -261,29 +258,6 @@ TEST(ToneKernels, Bytes)
         });
     }
 }
-
-#ifdef __x86_64__
-// The rows above hardly ever meet a value so near to the middle between two floats.
-TEST(ToneKernels, OnlyTheLibraryTellsNearTheMiddleBetweenFloats)
-{
-    const float fAbove = std::nextafter(0.7F, 1.0F);
-    const double dMiddle = (double{0.7F} + double{fAbove}) / 2;
-    const struct {
-        double dValue;
-        bool bKnown;
-    } cases[] = {{0.7F, true},
-                 {dMiddle, false},
-                 {dMiddle * (1 + Lanes::ELEMENTARY_ERROR), false},
-                 {dMiddle * (1 + 2 * Lanes::ROUNDING_MARGIN), true},
-                 {0.0, true},
-                 {std::numeric_limits<double>::infinity(), true},
-                 {std::numeric_limits<double>::quiet_NaN(), false}};
-    for (const auto& c : cases) {
-        const auto known = Lanes::RoundsAlike<Lanes::Sse2>(Lanes::Sse2::Each(c.dValue));
-        EXPECT_EQ(c.bKnown ? Lanes::ALL : 0, Lanes::Bits(known)) << c.dValue;
-    }
-}
-#endif
 
 TEST(ToneKernels, NoneUnderThePlainLimit)
 {

@@ -73,9 +73,9 @@ TEST(ToneMapFull, RoadAndPositionsBySize)
         std::int32_t nWidth, nHeight;
         bool bByRows;
         Util::InstructionSet limit;
-    } cases[] = {{1500, 2, false, Util::InstructionSet::Avx2},
-                 {1501, 2, true, Util::InstructionSet::Avx2},
-                 {2, 1501, true, Util::InstructionSet::Avx2},
+    } cases[] = {{1500, 2, false, Util::InstructionSet::Best},
+                 {1501, 2, true, Util::InstructionSet::Best},
+                 {2, 1501, true, Util::InstructionSet::Best},
                  {1500, 2, false, Util::InstructionSet::Plain}};
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.nWidth << " x " << c.nHeight);
