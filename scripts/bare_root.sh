@@ -70,7 +70,11 @@ run_in_clone() {
     git clone -q --no-hardlinks "$SOURCES" "$root/home/tester/lumistrand"
     chown -R --reference="$root/home/tester" "$root/home/tester/lumistrand"
     as_tester "$root" env --chdir=/home/tester/lumistrand "${@:2}" || status=$?
-    [ -n "${KEEP_ROOT-}" ] && printf 'The root stays in %s\n' "$root" >&2 || rm -rf "$root"
+    if [ -n "${KEEP_ROOT-}" ]; then
+        printf 'The root stays in %s\n' "$root" >&2
+    else
+        rm -rf "$root"
+    fi
     return $status
 }
 

@@ -17,6 +17,9 @@ export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file
 # Another clone of these sources finds what this one compiled.
 export CCACHE_BASEDIR=$ROOT
 
+# Of the script that sources this file.
+ARGUMENTS=("$@")
+
 say() { printf '%s\n' "$*" >&2; }
 
 die() {
@@ -42,33 +45,62 @@ as_root() {
     fi
 }
 
-# What apt-get says is long and shown only if it fails.
-apt_quietly() {
-    local log=$ROOT/build/install.log
-    as_root env DEBIAN_FRONTEND=noninteractive apt-get -q "$@" >"$log" 2>&1 </dev/null ||
-        { cat "$log" >&2; die "Installing failed."; }
+# Root only installs what is missing, and goes on as the owner of the tree: what root builds, its owner couldn't
+# build again, and a program that root started would leave settings that its owner's can't write.
+become_owner() {
+    local owner home
+    owner=$(stat -c %u "$ROOT")
+    if [ "$(id -u)" != 0 ] || [ "$owner" = 0 ]; then
+        return
+    fi
+    home=$(getent passwd "$owner" | cut -d : -f 6)
+    say "Going on as the owner of $ROOT, $(stat -c %U "$ROOT")."
+    exec setpriv --reuid "$owner" --regid "$(stat -c %g "$ROOT")" --clear-groups \
+        env -u XDG_RUNTIME_DIR HOME="${home:-/}" "$0" "${ARGUMENTS[@]}"
+}
+
+# apt_get LOG ARGUMENT...: apt-get, with its output in a file, and as soon as others are done with the package system: right after the
+# first start a system installs its upgrades by itself.
+apt_get() {
+    local log=$1 deadline=$((SECONDS + 300)) waiting=
+    shift
+    until as_root env DEBIAN_FRONTEND=noninteractive LC_ALL=C apt-get -q "$@" >"$log" 2>&1 </dev/null; do
+        grep -q 'Could not get lock\|Unable to acquire\|Unable to lock' "$log" && [ $SECONDS -lt $deadline ] || return
+        [ -n "$waiting" ] || say "The package system is busy; waiting for it, up to five minutes ..."
+        waiting=yes
+        sleep 3
+    done
 }
 
 # install_packages PURPOSE PACKAGE...: installs those that are missing. A stamp in the build folder keeps a
 # second call from asking the package system again.
 install_packages() {
-    local purpose=$1 stamp missing
+    local purpose=$1 stamp
     shift
     stamp=$ROOT/build/.packages-$(printf '%s' "$*" | cksum | cut -d ' ' -f 1)
-    [ -e "$stamp" ] && return
-    command -v apt-get >/dev/null || die "This script installs packages with apt-get, as on Debian 12." \
-        "Elsewhere install these yourself, and build with CMake: $*"
-    missing=$(missing_packages "$@")
-    if [ -n "$missing" ]; then
-        say "Installing what is needed to $purpose: $missing"
-        [ "$(id -u)" = 0 ] || command -v sudo >/dev/null || die "Please install sudo, or run this as root once."
-        mkdir -p "$ROOT/build"
-        apt_quietly update
-        # shellcheck disable=SC2086 # one word per package
-        apt_quietly install -y --no-install-recommends $missing
-    fi
+    [ -e "$stamp" ] || install_missing "$purpose" "$@"
+    become_owner
     mkdir -p "$ROOT/build"
     : >"$stamp"
+}
+
+install_missing() {
+    local purpose=$1 missing log
+    shift
+    command -v apt-get >/dev/null || die "This script installs packages with apt-get, as on Debian." \
+        "Elsewhere install these yourself, and build with CMake: $*"
+    missing=$(missing_packages "$@")
+    [ -n "$missing" ] || return 0
+    say "Installing what is needed to $purpose: $missing"
+    log=$(mktemp)
+    # shellcheck disable=SC2086 # one word per package
+    if ! apt_get "$log" update || ! apt_get "$log" install -y --no-install-recommends $missing; then
+        cat "$log" >&2
+        rm -f "$log"
+        die "Installing failed. With a network, root can do it:" \
+            "apt-get update && apt-get install -y --no-install-recommends $missing"
+    fi
+    rm -f "$log"
 }
 
 # configure PRESET TESTS: makes the build folder of a preset; TESTS is ON, or empty to leave the choice as is.

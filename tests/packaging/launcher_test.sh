@@ -11,7 +11,7 @@ failed=0
 lib=$root/opt/lib/lumistrand
 mkdir -p "$root/opt/bin" "$lib/help" "$root/home" "$root/photos/a b"
 cp "$source/lumistrand" "$root/opt/bin/"
-cp "$source/file_argument.sh" "$lib/"
+cp "$source/launcher.sh" "$lib/"
 ln -s "$root/opt/bin/lumistrand" "$root/linked"
 for program in lumistrand-hdr lumistrand-hdr-cli; do
     # shellcheck disable=SC2016 # the stand-in expands them
@@ -20,7 +20,8 @@ for program in lumistrand-hdr lumistrand-hdr-cli; do
 done
 
 run() {
-    (cd "$root/photos" && env -u XDG_DATA_HOME -u DISPLAY -u WAYLAND_DISPLAY HOME="$root/home" "$@" 2>"$root/err")
+    (cd "$root/photos" &&
+        env -u XDG_DATA_HOME -u WAYLAND_DISPLAY DISPLAY=:nowhere HOME="$root/home" "$@" 2>"$root/err")
 }
 
 fail() {
@@ -47,6 +48,8 @@ expect_refusal() {
 
 launcher=$root/opt/bin/lumistrand
 own=$root/home/.local/share/lumistrand
+expect_refusal 'no display' 'needs a display' env -u DISPLAY "$launcher" 1.jpg
+[ ! -e "$own" ] || fail 'no display: something was copied all the same'
 expect 'no files' "$own/lumistrand-hdr" "$launcher"
 [ -d "$own/curve" ] || fail 'no files: there is no folder for curves'
 expect 'relative and absolute paths' "$own/lumistrand-hdr <open|$root/photos/a b/1.jpg|/x/2.jpg>" \
