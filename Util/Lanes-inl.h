@@ -85,9 +85,9 @@ struct Triple {
 /// Four interleaved pixels.
 HWY_INLINE Triple LoadPixels(const float* pf)
 {
-    Triple t;
-    hn::LoadInterleaved3(FloatTag(), pf, t.a, t.b, t.c);
-    return t;
+    Floats a, b, c; // not a Triple, whose own constructor would know no target
+    hn::LoadInterleaved3(FloatTag(), pf, a, b, c);
+    return {a, b, c};
 }
 HWY_INLINE void StorePixels(float* pf, const Triple& t)
 {

@@ -1,14 +1,17 @@
 # Debian's libraries, each as one target.
 
+if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 12)
+    message(FATAL_ERROR "GCC 12 or newer is needed; this is ${CMAKE_CXX_COMPILER_VERSION}.")
+endif()
 find_package(PkgConfig REQUIRED)
-find_package(OpenEXR REQUIRED)
-find_package(TIFF REQUIRED)
+find_package(OpenEXR 3.1 REQUIRED)
+find_package(TIFF 4.5 REQUIRED)
 find_package(X11 REQUIRED)
 # Its name is fixed, since the solver holds this library to one thread by a call of its own.
 set(BLA_VENDOR OpenBLAS)
 find_package(LAPACK REQUIRED)
-pkg_check_modules(EXIV2 REQUIRED IMPORTED_TARGET exiv2)
-pkg_check_modules(TINYXML REQUIRED IMPORTED_TARGET tinyxml)
+pkg_check_modules(EXIV2 REQUIRED IMPORTED_TARGET exiv2>=0.27.6)
+pkg_check_modules(TINYXML REQUIRED IMPORTED_TARGET tinyxml>=2.6)
 pkg_check_modules(HIGHWAY REQUIRED IMPORTED_TARGET libhwy>=1.0.3)
 
 # Kernels, compiled for the instruction sets that are worth it. Of what Highway knows, the better sets have the lower

@@ -9,6 +9,7 @@ RUN_PACKAGES="fonts-dejavu-core adwaita-icon-theme librsvg2-common"
 TEST_PACKAGES="libgtest-dev libgmock-dev libbenchmark-dev libjpeg-dev xvfb openbox xdotool locales
     parallel dpkg-dev file libxml2-utils"
 FUZZ_PACKAGES="clang libclang-rt-dev"
+ARM64_PACKAGES="mmdebstrap g++-aarch64-linux-gnu qemu-user"
 LINT_PACKAGES="clang-format clang-tidy shellcheck desktop-file-utils appstream man-db"
 
 # Precompiled headers are only cached if ccache may trust them.

@@ -34,6 +34,9 @@ private:
 
     /// What the pixels of a block share.
     struct Shared {
+        HWY_INLINE Shared() {} // one that isn't written here would know no target
+        HWY_INLINE Shared(FloatMask smoothBlocks, Floats fLogs) : smooth(smoothBlocks), fLog(fLogs) {}
+
         FloatMask smooth;
         Floats fLog; ///< the bias term where the block is smooth
     };

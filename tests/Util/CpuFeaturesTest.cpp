@@ -8,6 +8,7 @@
 
 using namespace LS::Util;
 
+#ifdef __x86_64__
 TEST(CpuFeatures, AreThoseThatTheSystemListsWithinTheLimit)
 {
     const std::string sCpus = LS::Tests::ReadText("/proc/cpuinfo");
@@ -16,3 +17,4 @@ TEST(CpuFeatures, AreThoseThatTheSystemListsWithinTheLimit)
     const LS::Tests::InstructionLimit limit(InstructionSet::Baseline);
     EXPECT_NE(std::string("AVX2"), InstructionSetInUse());
 }
+#endif
