@@ -109,6 +109,7 @@ TEST_F(JpegDialog, KeysAndDialogsEndADrag)
             EXPECT_TRUE(view.GetCursor().IsSameAs(open));
             m_dialog.m_slider->SetFocus();
             TypeKey(nKey);
+            WaitUntilEnded(m_dialog);
         });
         EXPECT_EQ(nKey == WXK_RETURN ? wxID_OK : wxID_CANCEL, m_dialog.ShowModal());
     }

@@ -4,6 +4,7 @@
 #include "tests/support/Gui.h"
 
 #include <gtest/gtest.h>
+#include <wx/dialog.h>
 #include <wx/frame.h>
 #include <wx/panel.h>
 #include <wx/uiaction.h>
@@ -41,6 +42,16 @@ inline void TypeKey(int nKey)
 {
     wxUIActionSimulator().Char(nKey);
     Pump(10);
+}
+
+/// Waits for what a key does to a modal dialog (the toolkit shows a default button pressed for a while), and
+/// ends it in any case.
+inline void WaitUntilEnded(wxDialog& dialog)
+{
+    for (int i = 0; dialog.IsModal() && i < 400; ++i)
+        Pump(1);
+    if (dialog.IsModal())
+        dialog.EndModal(wxID_NONE);
 }
 
 /// The command of a button, without a pointer.
