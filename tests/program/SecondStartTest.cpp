@@ -123,13 +123,16 @@ TEST_F(SecondStart, TakesNothingFromTheFirst)
         EXPECT_EQ(fs::perms(0600), PermissionsOf(m_program.File("hdrcache/" + sName))) << sName;
 
     const auto before = WorkingFiles();
-    for (const char* const szArgument : {"plain", "--help"}) {
+    const OtherProgram other;
+    for (const char* const szArgument : {"--help", "plain"}) {
+        EXPECT_TRUE(IsActive(OtherProgram::TITLE));
         ProgramProcess second = m_program.StartAgain({szArgument});
         EXPECT_EQ(0, second.WaitForExit());
         EXPECT_EQ(szArgument == std::string("--help"),
                   second.Output().find("[url(s)...]") != std::string::npos);
         EXPECT_EQ(before, WorkingFiles());
     }
+    EXPECT_TRUE(WaitUntilActive(FRAME_TITLE)) << "the first one comes to the front";
 
     ASSERT_TRUE(PressKeysIn(FRAME_TITLE, {"ctrl+s"}));
     ASSERT_TRUE(WaitUntilActive(HDR_DIALOG));
