@@ -1,16 +1,14 @@
 // A child process with its output caught in files.
 #include "tests/cli/ProgramRun.h"
 
-#include "tests/support/ResourceLimit.h"
-
 #include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
 #include <fstream>
 #include <iterator>
-#include <optional>
 #include <stdexcept>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -26,6 +24,15 @@ void RedirectTo(const std::string& sPath, int nDescriptor)
         _exit(126);
 }
 
+/// As a shell sets a limit: for good.
+void Limit(__rlimit_resource nResource, long nValue)
+{
+    if (nValue < 0)
+        return;
+    const rlimit limit{static_cast<rlim_t>(nValue), static_cast<rlim_t>(nValue)};
+    setrlimit(nResource, &limit);
+}
+
 [[noreturn]] void BecomeProgram(const std::vector<std::string>& vsArguments, const RunOptions& options,
                                 const TempFolder& capture)
 {
@@ -35,11 +42,8 @@ void RedirectTo(const std::string& sPath, int nDescriptor)
         _exit(126);
     for (const std::string& sVariable : options.environment)
         putenv(const_cast<char*>(sVariable.c_str()));
-    std::optional<ResourceLimit> files, memory;
-    if (options.fileSizeLimit >= 0)
-        files.emplace(RLIMIT_FSIZE, static_cast<rlim_t>(options.fileSizeLimit));
-    if (options.memoryLimit >= 0)
-        memory.emplace(RLIMIT_AS, static_cast<rlim_t>(options.memoryLimit));
+    Limit(RLIMIT_FSIZE, options.fileSizeLimit);
+    Limit(RLIMIT_AS, options.memoryLimit);
     for (const int nSignal : {SIGXFSZ, SIGPIPE})
         std::signal(nSignal, SIG_DFL); // as a shell starts it, whatever this process ignores
     const char* const szProgram = options.program.empty() ? LS_CLI_PROGRAM : options.program.c_str();
