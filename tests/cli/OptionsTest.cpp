@@ -17,40 +17,6 @@ Options Parsed(const Arguments& arguments)
 
 } // namespace
 
-TEST(Options, Defaults)
-{
-    const Options options = Parsed({"a.jpg", "-o", "out.exr", "b.jpg"});
-    EXPECT_EQ((Arguments{"a.jpg", "b.jpg"}), options.vsImages);
-    EXPECT_EQ(5, options.dGap);
-    EXPECT_EQ(CurveSource::Standard, options.curve);
-    EXPECT_EQ(0, options.fExposure);
-    EXPECT_EQ(2.2F, options.fGamma);
-    EXPECT_EQ(95, options.nQuality);
-    EXPECT_EQ(2U, options.nCompression);
-}
-
-TEST(Options, FormatOfAnOutput)
-{
-    const struct {
-        Arguments arguments;
-        OutputFormat format;
-    } cases[] = {
-        {{"-o", "x.EXR"}, OutputFormat::OpenExr},
-        {{"--output=a.b/x.hdr"}, OutputFormat::Radiance},
-        {{"-ox.tif"}, OutputFormat::FloatTiff},
-        {{"-o", "x.exr", "--format", "hdr"}, OutputFormat::Radiance},
-        {{"-o", "noextension", "--format=tiff"}, OutputFormat::FloatTiff},
-        {{"-o", "x.tif", "--depth", "8"}, OutputFormat::LdrTiff},
-        {{"-o", "x.exr", "--depth", "8"}, OutputFormat::OpenExr},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.arguments.back());
-        Arguments arguments = c.arguments;
-        arguments.emplace_back("a.jpg");
-        EXPECT_EQ(c.format, Parsed(arguments).vOutputs[0].format);
-    }
-}
-
 TEST(Options, Series)
 {
     const Options options = Parsed(

@@ -46,12 +46,12 @@ protected:
 
 TEST_F(Program, WritesEachFormatAndSaysSo)
 {
-    const Arguments arguments = Series({"-o", "x.exr", "-o", "x.hdr", "-o", "x.tiff", "--force"});
+    const Arguments arguments = Series({"-o", "x.EXR", "--output=x.hdr", "-ox.tiff", "--force"});
     const ProgramRun run = Run(arguments);
     EXPECT_EQ(0, run.code) << run.err;
     EXPECT_EQ("", run.err);
-    ExpectOnly({"x.exr", "x.hdr", "x.tiff"});
-    EXPECT_TRUE(ReadText(m_outputs.File("x.exr")).starts_with("\x76\x2F\x31\x01"));
+    ExpectOnly({"x.EXR", "x.hdr", "x.tiff"});
+    EXPECT_TRUE(ReadText(m_outputs.File("x.EXR")).starts_with("\x76\x2F\x31\x01"));
     EXPECT_TRUE(ReadText(m_outputs.File("x.tiff")).starts_with("II*"));
     const RgbePicture picture = Radiances("x.hdr");
     ASSERT_EQ(32U * 24, picture.vPixels.size());
@@ -66,7 +66,7 @@ TEST_F(Program, WritesEachFormatAndSaysSo)
     const ProgramRun detailed = Run(verbose);
     EXPECT_EQ("", detailed.err);
     for (const char* szText : {"a.jpg: 32 x 24, 1/240 s, f/8, E = 0.00053917", "conversion", "merge",
-                               "saving", "peak memory", "x.exr: 32 x 24, 3 images"})
+                               "saving", "peak memory", "x.EXR: 32 x 24, 3 images"})
         ExpectHas(szText, detailed.out);
 }
 

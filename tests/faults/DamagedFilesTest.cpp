@@ -2,6 +2,7 @@
 #include "image/ExifReader.h"
 #include "image/ImageDecoder.h"
 #include "tests/cli/Photographs.h"
+#include "tests/faults/Devices.h"
 #include "tests/faults/FaultyProgram.h"
 #include "tests/faults/Form.h"
 #include "tests/faults/Mutation.h"
@@ -169,7 +170,7 @@ private:
 TEST_F(StrangeRows, AreRefusedWithoutWaitingAndWithoutTheNetwork)
 {
     ASSERT_EQ(0, mkfifo(m_places.File("pipe").c_str(), 0600));
-    fs::create_symlink("/dev/zero", m_places.File("link to a device"));
+    PutDevice(m_places.File("device"), ZERO_DEVICE);
     fs::create_symlink(m_places.File("loop"), m_places.File("loop"));
     WriteText(m_places.File("empty"), "");
     RunOptions options;
@@ -180,8 +181,8 @@ TEST_F(StrangeRows, AreRefusedWithoutWaitingAndWithoutTheNetwork)
     for (const std::string& sRow :
          {std::string("-"), std::string("http://127.0.0.1:9/a.jpg"), std::string("file:///etc/passwd"),
           std::string("data:,x"), std::string("/dev/stdin"), std::string("/proc/kmsg"), m_places.Path(),
-          m_places.File("pipe"), m_places.File("link to a device"), m_places.File("loop"),
-          m_places.File("empty"), std::string("\n%n%s"), std::string(5000, 'a')}) {
+          m_places.File("pipe"), m_places.File("device"), m_places.File("loop"), m_places.File("empty"),
+          std::string("\n%n%s"), std::string(5000, 'a')}) {
         ExpectRefused("lumistrand-hdr-cli: ", sRow, options);
         EXPECT_FALSE(fs::exists(m_places.File("met"))) << "the network was asked";
     }

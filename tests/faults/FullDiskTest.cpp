@@ -89,24 +89,3 @@ TEST_F(FullDisk, OutputsThatDontFit)
         }
     }
 }
-
-#ifndef __SANITIZE_ADDRESS__ // which takes terabytes of addresses for itself
-TEST_F(FullDisk, LittleMemory)
-{
-    const Names outputs{"x.exr", "x.jpg"};
-    std::set<int> codes;
-    for (long nMegabytes = 20; nMegabytes <= 600; nMegabytes += InForm(40, 4)) {
-        SCOPED_TRACE(nMegabytes);
-        PutOlderFiles(outputs);
-        RunOptions options;
-        options.memoryLimit = nMegabytes << 20;
-        // Without room for the libraries these end the process before the first line of the program.
-        if (RunProgram({"--version"}, options).code != 0)
-            continue;
-        const ProgramRun run = Merge(outputs, options);
-        ExpectCleanOutcome(run, outputs);
-        codes.insert(run.code);
-    }
-    EXPECT_TRUE(codes.contains(0));
-}
-#endif
