@@ -10,6 +10,7 @@
 
 #include <wx/init.h>
 
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <string>
@@ -65,6 +66,10 @@ ExitCode Run(const Options& options)
 
 int main(int argc, char** argv)
 {
+    // A file that grows beyond a limit, and a pipe that nobody reads, are writes that fail: with a reason,
+    // the exit code for it, and nothing left. The decoders' processes take the system's own handling back.
+    for (const int nSignal : {SIGXFSZ, SIGPIPE})
+        std::signal(nSignal, SIG_IGN);
     const ExitCode code = Told([&] {
         const ParsedCommandLine parsed = ParseCommandLine(std::vector<std::string>(argv + 1, argv + argc));
         return parsed.options ? Run(*parsed.options) : TellText(parsed);

@@ -1,294 +1,144 @@
-// Editing and drawing in a real grid.
+// Editing and drawing in a real grid, with real keys; the texts of numbers and the place of check boxes.
 #include "Widgets/GridCells.h"
 
+#include "Widgets/CheckBoxFit.h"
+#include "Widgets/NumberCell.h"
+#include "tests/Widgets/WidgetTest.h"
 #include "tests/support/CommaLocale.h"
-#include "tests/support/Gui.h"
 #include "tests/support/Screen.h"
 
-#include <gtest/gtest.h>
-#include <wx/combobox.h>
-#include <wx/dcmemory.h>
-#include <wx/frame.h>
 #include <wx/intl.h>
-#include <wx/uiaction.h>
-
-#include <functional>
-#include <memory>
 
 using namespace LS::Tests;
 
 namespace {
 
-const wxString SHUTTERS[] = {"1/2000", "1/125", "1/2", "2/1"};
+constexpr int TEXT = 0, NUMBER = 1, LISTED = 2; // columns: any text, any number, numbers of a list
+constexpr const char* BEFORE = "0.002857";
 
-class GridCells : public testing::Test {
+class GridCells : public WidgetTest {
 protected:
     GridCells()
     {
+        const wxString entries[] = {"1/2000", "1/125", "1/2", "2/1"};
         m_grid->CreateGrid(2, 3);
-        m_grid->SetCellEditor(0, 1, new wxGridCellNumChoiceEditor(4, SHUTTERS, 16, 0.0005F, true));
-        m_grid->SetCellEditor(1, 1, new wxGridCellNumChoiceEditor(4, SHUTTERS, -1, 1, false));
-        for (int row = 0; row < 2; ++row)
-            m_grid->SetCellValue(row, 1, "0.016667");
-        m_grid->Bind(wxEVT_GRID_CELL_CHANGING, [this](wxGridEvent& event) { Note("changing to ", event); });
-        m_grid->Bind(wxEVT_GRID_CELL_CHANGED, [this](wxGridEvent& event) { Note("changed from ", event); });
-        ShowAndWait(*m_frame);
-    }
-    ~GridCells() override { delete m_frame; }
-
-    void Note(const wxString& what, wxGridEvent& event)
-    {
-        m_events += what + event.GetString() + ", cell " +
-                    m_grid->GetCellValue(event.GetRow(), event.GetCol()) + "\n";
-    }
-
-    // Opens the editor of a row, lets the caller do something with its box, and closes it.
-    void Edit(int row, const std::function<void(wxComboBox& box)>& action)
-    {
-        m_events.clear();
-        m_grid->SetGridCursor(row, 1);
-        m_grid->EnableCellEditControl();
-        Pump();
-        wxGridCellEditor* const editor = m_grid->GetCellEditor(row, 1);
-        auto* const box = dynamic_cast<wxComboBox*>(editor->GetControl());
-        editor->DecRef();
-        ASSERT_NE(nullptr, box);
-        action(*box);
-        Pump();
-        m_grid->DisableCellEditControl();
-        Pump();
-    }
-
-    void EditAndExpect()
-    {
-        const struct {
-            const char* name;
-            int row;
-            const char *before, *typed, *after;
-        } cases[] = {
-            {"fraction", 0, "0.016667", "1/125", "0.0080"},
-            {"lower limit", 0, "0.016667", "1/2000", "0.0005"},
-            {"comma", 0, "0.016667", "0,25", "0.2500"},
-            {"letters", 0, "0.016667", "fast", "0.016667"},
-            {"not a number", 0, "0.016667", "nan", "0.016667"},
-            {"above the limit", 0, "0.016667", "17", "0.016667"},
-            {"empty", 0, "0.016667", "", "0.016667"},
-            {"unchanged", 0, "0.5", "0.5", "0.5"},
-            {"an empty cell", 0, "", "1/2", "0.5000"},
-            {"from the list", 1, "0.016667", "1/125", "0.0080"},
-            {"from the list, above the limit", 1, "0.016667", "2/1", "0.016667"},
-            {"the first entry of the list", 1, "0.016667", "1/2000", "0.0005"},
-            {"nothing picked", 1, "0.016667", "", "0.016667"},
-            {"the entry that the cell has", 1, "1/2", "1/2", "1/2"},
-        };
-        for (const auto& c : cases) {
-            SCOPED_TRACE(c.name);
-            m_grid->SetCellValue(c.row, 1, c.before);
-            Edit(c.row, [&](wxComboBox& box) {
-                if (c.row == 1)
-                    box.SetStringSelection(c.typed);
-                else
-                    box.SetValue(c.typed);
-            });
-            EXPECT_EQ(c.after, m_grid->GetCellValue(c.row, 1));
-            const wxString before = c.before;
-            const wxString after = c.after;
-            const wxString expected = before == after
-                                          ? wxString()
-                                          : "changing to " + after + ", cell " + before + "\nchanged from " +
-                                                before + ", cell " + after + "\n";
-            EXPECT_EQ(expected, m_events);
-        }
-    }
-
-    wxFrame* m_frame = new wxFrame(nullptr, wxID_ANY, "grid", wxDefaultPosition, {500, 300});
-    wxGrid* m_grid = new wxGrid(m_frame, wxID_ANY);
-    wxString m_events;
-};
-
-} // namespace
-
-TEST_F(GridCells, NumberEditorReadsFractions)
-{
-    EditAndExpect();
-}
-
-TEST_F(GridCells, NumberEditorAsksNoLocale)
-{
-    const CommaLocale locale;
-    ASSERT_TRUE(locale.IsOk());
-    EditAndExpect();
-}
-
-TEST_F(GridCells, ACellThatWasOnlyLookedAtKeepsItsValue)
-{
-    for (const int row : {0, 1}) { // with free text, and with the list alone
-        m_grid->SetCellValue(row, 1, "0.016667");
-        Edit(row, [](const wxComboBox&) {});
-        EXPECT_EQ("0.016667", m_grid->GetCellValue(row, 1));
-        EXPECT_EQ("", m_events);
-        Edit(row, [](wxComboBox& box) { box.SetSelection(0); });
-        EXPECT_EQ("0.0005", m_grid->GetCellValue(row, 1)) << "the first entry can be picked all the same";
-    }
-}
-
-TEST_F(GridCells, EditorsWithTheKeyboard)
-{
-    m_grid->SetCellEditor(0, 2, new lsGridCellChoiceEditor(4, SHUTTERS, true));
-    m_grid->SetFocus();
-    Pump(20);
-    wxUIActionSimulator simulator;
-    struct Case {
-        const char* szWhat;
-        int nRow, nColumn;
-        bool bF2; ///< opens the editor; else the first character does
-        const char *szTyped, *szAfter;
-    };
-    const Case cases[] = {
-        {"over the text that is there", 0, 1, true, "1/4", "0.2500"},
-        {"no number", 0, 1, true, "x/4", "0.002857"},
-        {"the first character counts", 0, 1, false, "16", "16.0000"},
-        {"of a fraction too", 0, 1, false, "1/3", "0.3333"},
-        {"and that of a text", 0, 2, false, "16", "16"},
-        {"a list without free text", 1, 1, false, "16", "0.002857"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.szWhat);
-        m_grid->SetCellValue(c.nRow, c.nColumn, "0.002857");
-        m_grid->SetGridCursor(c.nRow, c.nColumn);
-        if (c.bF2) {
-            simulator.Char(WXK_F2);
-            Pump(20);
-            const wxGridCellEditorPtr editor(m_grid->GetCellEditor(c.nRow, c.nColumn));
-            EXPECT_EQ(0, dynamic_cast<wxComboBox&>(*editor->GetControl()).GetInsertionPoint())
-                << "the beginning is what is shown";
-        }
-        simulator.Text(c.szTyped);
+        m_grid->SetCellEditor(0, TEXT, new lsGridCellChoiceEditor(4, entries, true));
+        m_grid->SetCellEditor(0, NUMBER, new wxGridCellNumChoiceEditor(4, entries, 16, 0.0005F, true));
+        m_grid->SetCellEditor(0, LISTED, new wxGridCellNumChoiceEditor(4, entries, -1, 1, false));
+        m_grid->SetFocus();
         Pump(20);
-        simulator.Char(WXK_RETURN);
-        Pump(20);
-        EXPECT_EQ(c.szAfter, m_grid->GetCellValue(c.nRow, c.nColumn));
     }
-}
 
-TEST_F(GridCells, NumbersAreDrawnTheSameInEveryLanguage)
-{
-    m_grid->RegisterDataType(wxGRID_VALUE_FLOAT, new lsGridCellNumberRenderer, new wxGridCellFloatEditor);
-    m_grid->SetColFormatFloat(1, -1, 4);
-    m_grid->SetCellValue(0, 1, "0.001000");
-    const auto drawn = [this] {
+    wxImage Look()
+    {
         m_grid->ForceRefresh();
         Pump();
         return Screenshot(*m_grid->GetGridWindow());
-    };
-    const wxImage before = drawn();
-    const CommaLocale comma;
-    ASSERT_TRUE(comma.IsOk());
-    const wxLocale french(wxLANGUAGE_FRENCH_FRANCE, wxLOCALE_DONT_LOAD_DEFAULT);
-    EXPECT_TRUE(SamePixels(before, drawn()));
-    m_grid->SetCellValue(0, 1, "0.002");
-    EXPECT_FALSE(SamePixels(before, drawn()));
-}
-
-TEST_F(GridCells, VetoLeavesTheCell)
-{
-    m_grid->Bind(wxEVT_GRID_CELL_CHANGING, [](wxGridEvent& event) { event.Veto(); });
-    Edit(0, [](wxComboBox& box) { box.SetValue("1/4"); });
-    EXPECT_EQ("0.016667", m_grid->GetCellValue(0, 1));
-}
-
-TEST_F(GridCells, ClonesAreWhole)
-{
-    const wxGridCellEditorPtr plain(new lsGridCellChoiceEditor(4, SHUTTERS, true));
-    const wxGridCellEditorPtr copy(plain->Clone());
-    EXPECT_NE(nullptr, dynamic_cast<lsGridCellChoiceEditor*>(copy.get()));
-
-    wxGridCellEditor* const editor = m_grid->GetCellEditor(1, 1);
-    m_grid->SetCellEditor(0, 1, editor->Clone());
-    editor->DecRef();
-    Edit(0, [](wxComboBox& box) {
-        EXPECT_EQ(4U, box.GetCount());
-        EXPECT_FALSE(box.IsEditable());
-        box.SetStringSelection("2/1");
-    });
-    EXPECT_EQ("0.016667", m_grid->GetCellValue(0, 1)) << "the limit came along";
-    Edit(0, [](wxComboBox& box) { box.SetStringSelection("1/2"); });
-    EXPECT_EQ("0.5000", m_grid->GetCellValue(0, 1));
-
-    lsGridCellBoolRenderer* const renderer = new lsGridCellBoolRenderer;
-    wxGridCellRenderer* const clone = renderer->Clone();
-    EXPECT_NE(nullptr, dynamic_cast<lsGridCellBoolRenderer*>(clone));
-    clone->DecRef();
-    renderer->DecRef();
-}
-
-namespace {
-
-// Draws cell (0, 0) into a picture, with white around it.
-class DrawnCell {
-public:
-    DrawnCell(wxGrid& grid, wxRect cell)
-    {
-        wxBitmap bitmap(60, 60);
-        wxMemoryDC dc(bitmap);
-        dc.SetBackground(*wxWHITE_BRUSH);
-        dc.Clear();
-        wxGridCellAttr* const attr = grid.GetOrCreateCellAttr(0, 0);
-        wxGridCellRenderer* const renderer = grid.GetCellRenderer(0, 0);
-        renderer->Draw(grid, *attr, dc, cell, 0, 0, false);
-        renderer->DecRef();
-        attr->DecRef();
-        dc.SelectObject(wxNullBitmap);
-        m_image = bitmap.ConvertToImage();
     }
 
-    bool operator==(const DrawnCell& other) const
-    {
-        const std::size_t bytes = static_cast<std::size_t>(m_image.GetWidth()) * m_image.GetHeight() * 3;
-        return std::equal(m_image.GetData(), m_image.GetData() + bytes, other.m_image.GetData());
-    }
-
-    // The bounds of all that isn't white.
-    wxRect Inked() const
-    {
-        wxRect area;
-        for (int y = 0; y < m_image.GetHeight(); ++y)
-            for (int x = 0; x < m_image.GetWidth(); ++x)
-                if (m_image.GetRed(x, y) + m_image.GetGreen(x, y) + m_image.GetBlue(x, y) < 3 * 255)
-                    area.Union(wxRect(x, y, 1, 1));
-        return area;
-    }
-
-private:
-    wxImage m_image;
+    wxGrid* m_grid = new wxGrid(m_panel, wxID_ANY, wxPoint(0, 0), wxSize(450, 200));
 };
+
+void ExpectCellTexts()
+{
+    const std::optional<wxString> REFUSED;
+    const struct {
+        const char* name;
+        const char* text;
+        float min, max;
+        std::optional<wxString> shown;
+    } cases[] = {
+        {"fraction", "1/125", 0.0005F, 16, "0.0080"},
+        {"lower limit, rounded up as a float", "1/2000", 0.0005F, 16, "0.0005"},
+        {"below", "0.00049", 0.0005F, 16, REFUSED},
+        {"above", "16.001", 0.0005F, 16, REFUSED},
+        {"below a negative limit", "-5.1", -5, 5, REFUSED},
+        {"comma", "1,4", 1, 64, "1.4000"},
+        {"commas in a fraction", "0,5/2,5", 0, 1, "0.2000"},
+        {"blanks in front", " 1/ 4", 0, 1, "0.2500"},
+        {"denominator 0", "1/0", -1, 1, REFUSED},
+        {"two slashes", "1/2/2", -1, 1, REFUSED},
+        {"slash at the end, which is no piece", "1/2/", -1, 1, "0.5000"},
+        {"empty", "", -1, 1, REFUSED},
+        {"letters behind a number", "0.5s", -1, 1, REFUSED},
+        {"not a number", "nan", -1, 1, REFUSED},
+        {"quotient too large", "1e300/1e-300", -1, std::numeric_limits<float>::max(), REFUSED},
+        {"not ASCII", "\xc2\xbd", -1, 1, REFUSED},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(c.shown, NumberCellText(wxString::FromUTF8(c.text), c.min, c.max));
+    }
+}
 
 } // namespace
 
-TEST_F(GridCells, CheckBoxShowsTheValue)
+TEST_F(GridCells, AreEditedWithKeys)
 {
-    m_grid->SetCellRenderer(0, 0, new lsGridCellBoolRenderer);
-    m_grid->SetCellAlignment(0, 0, wxALIGN_CENTRE, wxALIGN_CENTRE);
-    const auto drawn = [&](const char* value) {
-        m_grid->SetCellValue(0, 0, value);
-        return DrawnCell(*m_grid, {10, 10, 30, 20});
+    const struct {
+        const char* szWhat;
+        int nColumn;
+        bool bF2; ///< opens the editor; else the first character does
+        const char *szTyped, *szAfter;
+    } cases[] = {
+        {"over the text that is there", NUMBER, true, "1/4", "0.2500"},
+        {"no number", NUMBER, true, "x/4", BEFORE},
+        {"above the limit", NUMBER, true, "17", BEFORE},
+        {"only looked at", NUMBER, true, "", BEFORE},
+        {"the first character counts", NUMBER, false, "1/3", "0.3333"},
+        {"and that of a text", TEXT, false, "16", "16"},
+        {"a list without free text", LISTED, false, "16", BEFORE},
+        {"a list that was only looked at", LISTED, true, "", BEFORE},
     };
-    EXPECT_FALSE(drawn("") == drawn("1"));
-    EXPECT_TRUE(drawn("") == drawn("0"));
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.szWhat);
+        m_grid->SetCellValue(0, c.nColumn, BEFORE);
+        m_grid->SetGridCursor(0, c.nColumn);
+        if (c.bF2)
+            TypeKey(WXK_F2);
+        wxUIActionSimulator().Text(c.szTyped);
+        Pump(20);
+        TypeKey(WXK_RETURN);
+        EXPECT_EQ(c.szAfter, m_grid->GetCellValue(0, c.nColumn));
+    }
 }
 
-TEST_F(GridCells, CheckBoxStaysInItsCell)
+TEST_F(GridCells, NumbersLookTheSameInEveryLanguage)
 {
-    m_grid->SetCellRenderer(0, 0, new lsGridCellBoolRenderer);
-    m_grid->SetCellValue(0, 0, "1");
-    for (const int alignment : {wxALIGN_LEFT, wxALIGN_CENTRE, wxALIGN_RIGHT})
-        for (const wxRect cell : {wxRect(10, 10, 30, 20), wxRect(10, 10, 40, 12), wxRect(10, 10, 12, 40),
-                                  wxRect(10, 10, 6, 6), wxRect(10, 10, 3, 3)}) {
-            m_grid->SetCellAlignment(0, 0, alignment, wxALIGN_CENTRE);
-            const wxRect inked = DrawnCell(*m_grid, cell).Inked();
-            EXPECT_TRUE(inked.IsEmpty() || cell.Contains(inked))
-                << alignment << ": " << inked.x << ' ' << inked.y << ' ' << inked.width << ' '
-                << inked.height;
-            EXPECT_EQ(cell.width < 5, inked.IsEmpty());
-        }
+    m_grid->SetCellRenderer(0, NUMBER, new lsGridCellNumberRenderer(-1, 4));
+    m_grid->SetCellValue(0, NUMBER, "0.001000");
+    const wxImage before = Look();
+    const CommaLocale comma;
+    ASSERT_TRUE(comma.IsOk());
+    const wxLocale french(wxLANGUAGE_FRENCH_FRANCE, wxLOCALE_DONT_LOAD_DEFAULT);
+    EXPECT_TRUE(SamePixels(before, Look()));
+    m_grid->SetCellValue(0, NUMBER, "0.002");
+    EXPECT_FALSE(SamePixels(before, Look()));
+}
+
+TEST_F(GridCells, CheckBoxShowsTheValue)
+{
+    m_grid->SetCellRenderer(0, TEXT, new lsGridCellBoolRenderer);
+    const wxImage empty = Look();
+    m_grid->SetCellValue(0, TEXT, "1");
+    EXPECT_FALSE(SamePixels(empty, Look()));
+    m_grid->SetCellValue(0, TEXT, "0");
+    EXPECT_TRUE(SamePixels(empty, Look()));
+}
+
+TEST(NumberCell, TextsInEveryLocale)
+{
+    ExpectCellTexts();
+    const CommaLocale locale;
+    ASSERT_TRUE(locale.IsOk());
+    ExpectCellTexts();
+}
+
+TEST(CheckBoxRect, PlacesAndShrinks)
+{
+    const wxSize best(16, 16);
+    EXPECT_EQ(wxRect(109, 44, 14, 14), CheckBoxRect({100, 40, 30, 20}, best, wxALIGN_CENTRE));
+    EXPECT_EQ(wxRect(104, 44, 14, 14), CheckBoxRect({100, 40, 30, 20}, best, wxALIGN_LEFT));
+    EXPECT_EQ(wxRect(114, 44, 14, 14), CheckBoxRect({100, 40, 30, 20}, best, wxALIGN_RIGHT));
+    EXPECT_EQ(wxRect(), CheckBoxRect({0, 0, 4, 20}, best, wxALIGN_CENTRE)) << "no room";
 }

@@ -1,11 +1,12 @@
-// The save dialog: what it proposes, refuses, asks and leaves behind.
+// The save dialog and its proposals: what it proposes, refuses, asks and leaves behind.
 #include "Widgets/SaveHDRImageDlg.h"
 
 #include "Widgets/HyperlinkCtrl.h"
 #include "Widgets/JPEGCompressionSettings.h"
+#include "Widgets/SaveProposal.h"
 #include "Widgets/TiffOptionsDlg.h"
+#include "tests/Widgets/WidgetTest.h"
 #include "tests/support/FailureRecorder.h"
-#include "tests/support/Gui.h"
 #include "tests/support/LogRecorder.h"
 #include "tests/support/SamplePicture.h"
 #include "tests/support/TempFolder.h"
@@ -21,11 +22,9 @@
 #include <filesystem>
 #include <functional>
 #include <string>
-#include <vector>
+#include <tuple>
 
 using namespace LS::Tests;
-using LS::Widgets::lsHyperlinkCtrl;
-using LS::Widgets::lsHyperlinkEvent;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -38,49 +37,16 @@ constexpr const char* TIFF = "Tiff Image Format (*.tiff;*.tif)";
 constexpr const char* BMP = "Windows Bitmap (*.bmp)";
 constexpr const char* TARGA = "Targa Files (*.tga)";
 
-constexpr const char* INVALID_NAME = "#0002001 Invalid file name or path.";
-
-/// Answers the dialog's questions with one button, and collects their texts.
-class Questions {
-public:
-    explicit Questions(int nAnswer)
-        : m_hook([this, nAnswer](wxDialog& dialog) {
-              const auto* pBox = dynamic_cast<wxMessageDialog*>(&dialog);
-              if (!pBox)
-                  return static_cast<int>(wxID_NONE);
-              EXPECT_EQ("Tolvanic Lumistrand", pBox->GetTitle());
-              EXPECT_EQ(0x40A, pBox->GetMessageDialogStyle());
-              m_vsTexts.push_back(pBox->GetMessage().utf8_string());
-              return nAnswer;
-          })
-    {
-    }
-
-    const std::vector<std::string>& Texts() const { return m_vsTexts; }
-
-private:
-    std::vector<std::string> m_vsTexts;
-    ModalAnswer m_hook;
-};
-
 /// The dialog with its controls by what they are for.
 class Dialog : public SaveHDRImageDlg {
 public:
-    explicit Dialog(wxImage* pImage = nullptr)
-        : SaveHDRImageDlg(nullptr, pImage, wxID_ANY, "Save Panoramic Image")
-    {
-    }
+    explicit Dialog(wxImage* pImage = nullptr) : SaveHDRImageDlg(nullptr, pImage, wxID_ANY, "Save") {}
 
     wxChoice& Format() { return *static_cast<wxChoice*>(FindWindow(6699)); }
-    lsHyperlinkCtrl& Link() { return *static_cast<lsHyperlinkCtrl*>(FindWindow(6700)); }
+    wxWindow& Link() { return *FindWindow(6700); }
     wxTextCtrl& Name() { return *static_cast<wxTextCtrl*>(FindWindow(6701)); }
     wxDirPickerCtrl& Folder() { return *static_cast<wxDirPickerCtrl*>(FindWindow("dirpicker")); }
-
-    void Press(int nButton)
-    {
-        wxCommandEvent event(wxEVT_BUTTON, nButton);
-        FindWindow(nButton)->ProcessWindowEvent(event);
-    }
+    wxString LinkText() { return Link().IsShown() ? Link().GetLabel() : wxString(); }
 
     void Choose(int nFormat)
     {
@@ -91,26 +57,20 @@ public:
 
     void Follow()
     {
-        lsHyperlinkEvent event(LS::Widgets::lsEVT_HYPERLINK, 6700);
+        LS::Widgets::lsHyperlinkEvent event(LS::Widgets::lsEVT_HYPERLINK, 6700);
         Link().ProcessWindowEvent(event);
     }
 
     /// Runs it, pressing Save after a preparation, and Cancel if it is still there then.
-    bool Save(const std::function<void(Dialog&)>& prepare = {})
+    bool Save(const std::function<void()>& prepare = [] {})
     {
         CallAfter([this, prepare] {
-            if (prepare)
-                prepare(*this);
-            Press(wxID_SAVE);
+            prepare();
+            Press(*this, wxID_SAVE);
             if (IsModal())
-                Press(wxID_CANCEL);
+                Press(*this, wxID_CANCEL);
         });
         return ShowModal() == wxID_OK;
-    }
-
-    bool SaveAs(const wxString& name)
-    {
-        return Save([&](Dialog& dialog) { dialog.Name().SetValue(name); });
     }
 };
 
@@ -132,174 +92,88 @@ protected:
     TempFolder m_folder;
 };
 
-TEST_F(SaveDialog, OnlyASaveCounts)
-{
-    const auto proposed = [](unsigned nMore) {
-        return wxString::Format("pano%u.jpg", SaveCounter::Count() + nMore);
-    };
-    const wxString first = proposed(0), second = proposed(1);
-    {
-        Dialog dialog;
-        EXPECT_EQ(first, dialog.Name().GetValue());
-        dialog.CallAfter([&dialog] { dialog.Press(wxID_CANCEL); });
-        EXPECT_EQ(wxID_CANCEL, dialog.ShowModal());
-    }
-    {
-        Dialog dialog;
-        EXPECT_EQ(first, dialog.Name().GetValue());
-        EXPECT_EQ(Out(), dialog.Folder().GetPath());
-        EXPECT_TRUE(dialog.Save());
-        EXPECT_EQ(Out() + first, dialog.m_path);
-    }
-    EXPECT_EQ(second, Dialog().Name().GetValue());
-    EXPECT_TRUE(std::filesystem::is_empty(m_folder.File("out"))) << "the frame writes the file";
-}
+} // namespace
 
-TEST_F(SaveDialog, OpensWithTheSettings)
+TEST_F(SaveDialog, FormatsOfTheSettingsAndOfTheList)
 {
     const struct {
         const char* szFormat;
-        int nSelection;
-        const char* szSuffix;
-        const char* szLink; // null: hidden
+        int nEntry;
+        const char *szOpened, *szChosen, *szLink;
     } cases[] = {
-        {JPEG, 0, ".jpg", "Quality:70%"},      {PNG, 1, ".png", nullptr},
-        {TIFF, 2, ".tiff", "Quality:16Bits"},  {BMP, 3, ".bmp", nullptr},
-        {TARGA, wxNOT_FOUND, ".tga", nullptr}, {"what nobody knows", wxNOT_FOUND, "", nullptr},
+        {JPEG, 0, ".jpg", ".jpg", "Quality:70%"},    {PNG, 1, ".png", ".png", ""},
+        {TIFF, 2, ".tiff", ".tif", "Quality:8Bits"}, {BMP, 3, ".bmp", ".bmp", ""},
+        {TARGA, wxNOT_FOUND, ".tga", nullptr, ""},   {"unknown", wxNOT_FOUND, "", nullptr, ""},
     };
     Settings().m_jpegCompression = 70;
-    Settings().m_bitDepth = 16;
-    Settings().m_compressionType = 1;
+    const wxString stem = wxString::Format("pano%u", SaveCounter::Count());
+    Dialog chosen;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.szFormat);
         Settings().m_imageType = c.szFormat;
-        Dialog dialog;
-        EXPECT_EQ(c.nSelection, dialog.Format().GetSelection());
-        EXPECT_TRUE(dialog.Name().GetValue().EndsWith(c.szSuffix));
-        EXPECT_EQ(c.szLink != nullptr, dialog.Link().IsShown());
-        if (c.szLink) {
-            EXPECT_EQ(c.szLink, dialog.Link().GetLabel());
-        }
-        EXPECT_TRUE(dialog.Save());
-        EXPECT_EQ(c.szFormat, dialog.m_format);
-        EXPECT_EQ(70, dialog.m_quality);
-        EXPECT_EQ(16, dialog.m_bits);
-        EXPECT_EQ(1, dialog.m_compression);
-        EXPECT_EQ(c.szFormat, Settings().m_imageType);
+        Dialog opened;
+        EXPECT_EQ(c.nEntry, opened.Format().GetSelection());
+        EXPECT_EQ(stem + c.szOpened, opened.Name().GetValue());
+        EXPECT_EQ(c.szLink, opened.LinkText());
+        EXPECT_EQ(c.szFormat, opened.m_format);
+        if (!c.szChosen)
+            continue;
+        chosen.Choose(c.nEntry);
+        EXPECT_EQ(c.szFormat, chosen.m_format);
+        EXPECT_EQ(stem + c.szChosen, chosen.Name().GetValue());
+        EXPECT_EQ(stem, chosen.Name().GetStringSelection());
+        EXPECT_EQ(c.szLink, chosen.LinkText());
     }
 }
 
-TEST_F(SaveDialog, FormatChangesNameAndLink)
+TEST_F(SaveDialog, NamesGetAnExtensionAreRefusedOrAskedFor)
 {
+    const std::string sThere = m_folder.File("out/there %s.jpg");
+    WriteText(sThere, "old");
+    std::filesystem::create_directory(m_folder.File("out/folder.jpg"));
+    const std::string sReplace =
+        "#0002002 File " + sThere + " already exists, would you like to replace it? ";
+    const std::string sInvalid = "#0002001 Invalid file name or path.", NO_QUESTION;
     const struct {
-        int nFormat;
         const char* szFormat;
-        const char* szExtension;
-        const char* szLink;
-    } cases[] = {
-        {1, PNG, ".png", nullptr},        {2, TIFF, ".tif", "Quality:8Bits"}, {3, BMP, ".bmp", nullptr},
-        {0, JPEG, ".jpg", "Quality:95%"}, {3, BMP, ".bmp", nullptr},
-    };
-    Dialog dialog;
-    ShowAndWait(dialog);
-    const wxSize size = dialog.GetSize();
-    const wxString stem = wxString::Format("pano%u", SaveCounter::Count());
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.szFormat);
-        dialog.Choose(c.nFormat);
-        Pump();
-        EXPECT_EQ(c.szFormat, dialog.m_format);
-        EXPECT_EQ(Out() + stem + c.szExtension, dialog.m_path);
-        EXPECT_EQ(stem + c.szExtension, dialog.Name().GetValue());
-        EXPECT_EQ(stem, dialog.Name().GetStringSelection());
-        EXPECT_EQ(c.szLink != nullptr, dialog.Link().IsShown());
-        if (c.szLink) {
-            EXPECT_EQ(c.szLink, dialog.Link().GetLabel());
-        }
-    }
-    EXPECT_EQ(size, dialog.GetSize());
-}
-
-TEST_F(SaveDialog, NamesGetTheExtensionOfTheEntryShown)
-{
-    const struct {
-        const char* szStored;
         const char* szName;
-        const char* szSaved;
+        std::string sQuestion;
+        int nAnswer;
+        const char* szSaved; // null: not saved
     } cases[] = {
-        {JPEG, "holiday.jpeg", "holiday.jpg"},
-        {JPEG, "holiday.JPG", "holiday.jpg"},
-        {JPEG, "holiday.png", "holiday.jpg"},
-        {JPEG, "holiday", "holiday.jpg"},
-        {JPEG, "%s%n", "%s%n.jpg"},
-        {TIFF, "holiday.tiff", "holiday.tif"},
-        {BMP, "\xC3\xA9t\xC3\xA9.old", "\xC3\xA9t\xC3\xA9.bmp"},
-        {TARGA, "holiday.tga", "holiday.tga"},
-        {TARGA, "holiday", "holiday"},
+        {JPEG, "holiday", NO_QUESTION, wxID_NO, "holiday.jpg"},
+        {JPEG, "%s%n.png", NO_QUESTION, wxID_NO, "%s%n.jpg"},
+        {TIFF, "holiday.tiff", NO_QUESTION, wxID_NO, "holiday.tif"},
+        {BMP, "\xC3\xA9t\xC3\xA9.old", NO_QUESTION, wxID_NO, "\xC3\xA9t\xC3\xA9.bmp"},
+        {TARGA, "holiday", NO_QUESTION, wxID_NO, "holiday"},
+        {JPEG, "folder", NO_QUESTION, wxID_NO, "folder.jpg"}, // is no file
+        {JPEG, "there %s", sReplace, wxID_NO, nullptr},
+        {JPEG, "there %s", sReplace, wxID_YES, "there %s.jpg"},
+        {JPEG, "", sInvalid, wxID_YES, nullptr},
+        {JPEG, ".jpg", sInvalid, wxID_YES, nullptr},
+        {JPEG, "../stolen.jpg", sInvalid, wxID_YES, nullptr},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.szName);
-        Settings().m_imageType = c.szStored;
+        Settings().m_imageType = c.szFormat;
+        const unsigned nSaves = SaveCounter::Count();
+        std::string sQuestion;
+        const ModalAnswer hook([&](wxDialog& dialog) {
+            const auto* pBox = dynamic_cast<wxMessageDialog*>(&dialog);
+            if (pBox)
+                sQuestion += pBox->GetMessage().utf8_string();
+            return static_cast<int>(pBox ? c.nAnswer : wxID_NONE);
+        });
         Dialog dialog;
-        EXPECT_TRUE(dialog.SaveAs(wxString::FromUTF8(c.szName)));
-        EXPECT_EQ(Out(c.szSaved), dialog.m_path);
-        EXPECT_EQ(Out(), Settings().m_fullName);
-    }
-}
-
-TEST_F(SaveDialog, RefusesWhatIsNoName)
-{
-    const unsigned nSaves = SaveCounter::Count();
-    for (const int nAnswer : {wxID_YES, wxID_NO})
-        for (const char* szName : {"", ".jpg", "..", "../stolen.jpg", "/tmp/stolen.jpg", "a\\b", "a:b.jpg",
-                                   "a*.jpg", "what?", "<a>", "a|b", "\"a\""}) {
-            SCOPED_TRACE(szName);
-            const Questions questions(nAnswer);
-            EXPECT_FALSE(Dialog().SaveAs(szName));
-            EXPECT_THAT(questions.Texts(), ElementsAre(INVALID_NAME));
+        EXPECT_EQ(c.szSaved != nullptr,
+                  dialog.Save([&] { dialog.Name().SetValue(wxString::FromUTF8(c.szName)); }));
+        EXPECT_EQ(c.sQuestion, sQuestion);
+        EXPECT_EQ(nSaves + (c.szSaved ? 1 : 0), SaveCounter::Count());
+        if (c.szSaved) {
+            EXPECT_EQ(Out(c.szSaved), dialog.m_path);
         }
-    EXPECT_EQ(nSaves, SaveCounter::Count());
-    EXPECT_EQ(Out(), Settings().m_fullName);
-}
-
-TEST_F(SaveDialog, ExcludedCharactersCantBeTyped)
-{
-    Dialog dialog;
-    const auto passes = [&dialog](unsigned char cTyped) {
-        wxKeyEvent event(wxEVT_CHAR);
-        event.m_uniChar = cTyped;
-        event.m_keyCode = cTyped;
-        event.SetEventObject(&dialog.Name());
-        dialog.Name().ProcessWindowEvent(event);
-        return event.GetSkipped();
-    };
-    for (const unsigned char cTyped : std::string("*?\\/:\"<>|"))
-        EXPECT_FALSE(passes(cTyped)) << cTyped;
-    for (const unsigned char cTyped : std::string("aZ0.- _%"))
-        EXPECT_TRUE(passes(cTyped)) << cTyped;
-}
-
-TEST_F(SaveDialog, AsksBeforeItReplaces)
-{
-    WriteText(m_folder.File("out/there %s.jpg"), "old");
-    const std::string sQuestion = "#0002002 File " + m_folder.File("out/there %s.jpg") +
-                                  " already exists, would you like to replace it? ";
-    const struct {
-        int nAnswer;
-        bool bSaved;
-    } cases[] = {{wxID_NO, false}, {wxID_YES, true}};
-    for (const auto& c : cases) {
-        const Questions questions(c.nAnswer);
-        Dialog dialog;
-        EXPECT_EQ(c.bSaved, dialog.SaveAs("there %s"));
-        EXPECT_THAT(questions.Texts(), ElementsAre(sQuestion));
-        EXPECT_EQ(3U, ReadBytes(m_folder.File("out/there %s.jpg")).size()) << "nothing is deleted here";
+        EXPECT_EQ("old", ReadText(sThere)) << "nothing is deleted here";
     }
-
-    std::filesystem::create_directory(m_folder.File("out/folder.jpg"));
-    const Questions questions(wxID_NO);
-    EXPECT_TRUE(Dialog().SaveAs("folder.jpg")) << "a folder is no file";
-    EXPECT_THAT(questions.Texts(), IsEmpty());
 }
 
 TEST_F(SaveDialog, MakesTheFolder)
@@ -308,168 +182,112 @@ TEST_F(SaveDialog, MakesTheFolder)
     const struct {
         const char* szFolder;
         bool bMade;
-    } cases[] = {{"new", true},       {"n\xC3\xA9w/", true}, {"new/one", true},
-                 {"gone/one", false}, {"file", false},       {"file/one", false}};
+    } cases[] = {{"n\xC3\xA9w/", true}, {"new/one", false}, {"file/one", false}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.szFolder);
         const LogRecorder errors;
         const FailureRecorder log;
-        const unsigned nSaves = SaveCounter::Count();
         const wxString before = Settings().m_fullName;
         Dialog dialog;
-        const std::string sFolder = m_folder.File(c.szFolder);
-        EXPECT_EQ(c.bMade, dialog.Save([&](Dialog& shown) {
-            shown.Folder().GetTextCtrl()->SetValue(m_folder.WideFile(c.szFolder));
-            shown.Name().SetValue("a.jpg");
+        EXPECT_EQ(c.bMade, dialog.Save([&] {
+            dialog.Folder().GetTextCtrl()->SetValue(m_folder.WideFile(c.szFolder));
         }));
+        EXPECT_EQ(c.bMade ? m_folder.WideFile(c.szFolder) : before, Settings().m_fullName);
         if (c.bMade) {
-            EXPECT_TRUE(std::filesystem::is_directory(sFolder));
-            const std::filesystem::path plain = std::filesystem::path(sFolder) / "";
-            EXPECT_EQ(plain.native(), Settings().m_fullName.utf8_string());
-            EXPECT_EQ(plain.native() + "a.jpg", dialog.m_path.utf8_string());
+            EXPECT_TRUE(std::filesystem::is_directory(m_folder.File(c.szFolder)));
             EXPECT_THAT(errors.Lines(), IsEmpty());
         } else {
             EXPECT_THAT(errors.Lines(), ElementsAre("make dir error!"));
-            EXPECT_THAT(log.Lines(), ElementsAre(HasSubstr(sFolder)));
-            EXPECT_EQ(before, Settings().m_fullName);
+            EXPECT_THAT(log.Lines(), ElementsAre(HasSubstr(m_folder.File(c.szFolder))));
         }
-        EXPECT_EQ(nSaves + (c.bMade ? 1 : 0), SaveCounter::Count());
     }
+    Settings().m_fullName = m_folder.WideFile("gone/");
+    EXPECT_TRUE(Dialog().Save());
+    EXPECT_TRUE(std::filesystem::is_directory(m_folder.File("gone"))) << "that of the settings";
 }
 
-TEST_F(SaveDialog, ShowsAndMakesTheMissingFolderOfTheSettings)
-{
-    Settings().m_fullName = m_folder.WideFile("first/");
-    Dialog dialog;
-    EXPECT_EQ(m_folder.File("first/"), dialog.Folder().GetTextCtrl()->GetValue().utf8_string());
-    EXPECT_TRUE(dialog.Save());
-    EXPECT_TRUE(std::filesystem::is_directory(m_folder.File("first")));
-}
-
-TEST_F(SaveDialog, QualityLinkOpensTheCompareDialog)
+TEST_F(SaveDialog, LinksOpenTheOptionsWhichCountIfConfirmed)
 {
     int nAnswer = wxID_CANCEL;
-    const ModalAnswer hook([&](wxDialog& dialog) {
-        auto& options = dynamic_cast<JPEGCompressionSettings&>(dialog);
-        EXPECT_EQ("JPEG Compression Settings", options.GetTitle());
-        EXPECT_EQ(95, options.m_slider->GetValue());
-        options.m_slider->SetValue(40);
+    const ModalAnswer hook([&nAnswer](wxDialog& dialog) {
+        if (auto* const pJpeg = dynamic_cast<JPEGCompressionSettings*>(&dialog)) {
+            EXPECT_EQ(95, pJpeg->m_slider->GetValue());
+            pJpeg->m_slider->SetValue(40);
+        } else {
+            auto& tiff = dynamic_cast<TiffOptionsDlg&>(dialog);
+            EXPECT_EQ(wxNOT_FOUND, tiff.m_bitDepthChoice->GetSelection());
+            EXPECT_EQ(wxNOT_FOUND, tiff.m_compressionChoice->GetSelection());
+            tiff.m_bitDepthChoice->SetSelection(0);
+            tiff.m_compressionChoice->SetSelection(1);
+        }
         return nAnswer;
     });
+    Settings().m_bitDepth = 12; // the settings may hold any
+    Settings().m_compressionType = -1;
     wxImage picture = SamplePicture({400, 300});
     Dialog dialog(&picture);
-    dialog.Follow();
-    EXPECT_EQ(95, dialog.m_quality);
-    EXPECT_EQ("Quality:95%", dialog.Link().GetLabel());
-    nAnswer = wxID_OK;
-    dialog.Follow();
-    EXPECT_EQ(40, dialog.m_quality);
-    EXPECT_EQ("Quality:40%", dialog.Link().GetLabel());
-    EXPECT_EQ(95, Settings().m_jpegCompression);
-
-    Dialog(nullptr).Follow();
-    dialog.Choose(1);
-    dialog.Follow();
-    dialog.Format().SetSelection(wxNOT_FOUND);
-    dialog.Follow();
-    EXPECT_EQ(2, hook.Count()) << "no picture, or a format without options";
-}
-
-TEST_F(SaveDialog, DepthLinkOpensTheTiffOptions)
-{
-    const struct {
-        int nBits, nCompression;     // from the settings
-        int nShownDepth, nShownComp; // in the options dialog
-        int nChosenComp;
-        int nBitsAfter, nCompressionAfter;
-        const char* szOpened;
-        const char* szConfirmed;
-    } cases[] = {
-        {8, 2, 0, 2, 1, 8, 1, "Quality:8Bits", "Quality:8 Bits"},
-        {16, 0, wxNOT_FOUND, 0, 0, 16, 0, "Quality:16Bits", "Quality:16 Bits"},
-        {12, 7, wxNOT_FOUND, wxNOT_FOUND, wxNOT_FOUND, 16, 7, "Quality:12Bits", "Quality:16 Bits"},
-        {8, -1, 0, wxNOT_FOUND, 2, 8, 2, "Quality:8Bits", "Quality:8 Bits"},
+    const auto options = [&dialog](int nFormat) {
+        dialog.Choose(nFormat);
+        dialog.Follow();
+        return std::tuple(dialog.LinkText().utf8_string(), dialog.m_quality, dialog.m_bits,
+                          dialog.m_compression);
     };
-    Settings().m_imageType = TIFF;
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.szOpened);
-        Settings().m_bitDepth = c.nBits;
-        Settings().m_compressionType = c.nCompression;
-        int nAnswer = wxID_CANCEL;
-        const ModalAnswer hook([&](wxDialog& options) {
-            auto& tiff = dynamic_cast<TiffOptionsDlg&>(options);
-            EXPECT_EQ("Tiff Options", tiff.GetTitle());
-            EXPECT_EQ(c.nShownDepth, tiff.m_bitDepthChoice->GetSelection());
-            EXPECT_EQ(c.nShownComp, tiff.m_compressionChoice->GetSelection());
-            tiff.m_compressionChoice->SetSelection(c.nChosenComp);
-            return nAnswer;
-        });
-        Dialog dialog;
-        dialog.Follow();
-        EXPECT_EQ(c.szOpened, dialog.Link().GetLabel());
-        EXPECT_EQ(c.nCompression, dialog.m_compression);
-        nAnswer = wxID_OK;
-        dialog.Follow();
-        EXPECT_EQ(c.szConfirmed, dialog.Link().GetLabel());
-        EXPECT_EQ(c.nBitsAfter, dialog.m_bits);
-        EXPECT_EQ(c.nCompressionAfter, dialog.m_compression);
-        dialog.Choose(2);
-        EXPECT_EQ(wxString::Format("Quality:%dBits", c.nBitsAfter), dialog.Link().GetLabel());
-    }
+    EXPECT_EQ(std::tuple("Quality:95%", 95, 12, -1), options(0));
+    EXPECT_EQ(std::tuple("Quality:12Bits", 95, 12, -1), options(2));
+    nAnswer = wxID_OK;
+    EXPECT_EQ(std::tuple("Quality:40%", 40, 12, -1), options(0));
+    EXPECT_EQ(std::tuple("Quality:8 Bits", 40, 8, 1), options(2));
+    options(1);
+    Dialog(nullptr).Follow();
+    EXPECT_EQ(4, hook.Count()) << "a format without options, or no picture";
 }
 
-TEST_F(SaveDialog, AnswersThePointer)
+TEST_F(SaveDialog, AnswersPointerAndKeys)
 {
     int nOptions = 0;
     const ModalAnswer hook([&](wxDialog& dialog) {
-        if (!dynamic_cast<TiffOptionsDlg*>(&dialog))
-            return static_cast<int>(wxID_NONE);
-        ++nOptions;
-        return static_cast<int>(wxID_CANCEL);
+        const bool bOptions = dynamic_cast<TiffOptionsDlg*>(&dialog) != nullptr;
+        nOptions += bOptions;
+        return static_cast<int>(bOptions ? wxID_CANCEL : wxID_NONE);
     });
-    const auto middle = [](wxWindow& window) {
-        return wxPoint(window.GetSize().x / 2, window.GetSize().y / 2);
-    };
     Settings().m_imageType = TIFF;
     Dialog dialog;
     dialog.CallAfter([&] {
         ShowAndWait(dialog);
-        dialog.Name().SetSelection(0, 0);
-        MoveTo(dialog.Link(), middle(dialog.Link()));
-        EXPECT_EQ("", dialog.Name().GetStringSelection());
-        MoveTo(dialog.Name(), middle(dialog.Name()));
-        EXPECT_EQ(dialog.Name().GetValue().BeforeLast('.'), dialog.Name().GetStringSelection());
-        Click(dialog.Link(), middle(dialog.Link()));
+        Click(dialog.Link(), MiddleOf(dialog.Link()));
         EXPECT_EQ(1, nOptions);
-
-        dialog.Name().SetValue("plain");
-        dialog.Name().SetSelection(1, 2);
-        MoveTo(dialog.Name(), middle(dialog.Name()));
-        EXPECT_EQ("l", dialog.Name().GetStringSelection()) << "a name without an extension";
-        wxWindow& save = *dialog.FindWindow(wxID_SAVE);
-        Click(save, middle(save));
-        if (dialog.IsModal())
-            dialog.Press(wxID_CANCEL);
+        MoveTo(dialog.Name(), MiddleOf(dialog.Name()));
+        EXPECT_EQ(dialog.Name().GetValue().BeforeLast('.'), dialog.Name().GetStringSelection());
+        dialog.Name().SetFocus();
+        for (const int nKey : {WXK_END + 0, int('/'), int('x')})
+            TypeKey(nKey);
+        EXPECT_TRUE(dialog.Name().GetValue().EndsWith(".tiffx")) << "no character of paths";
+        TypeKey(WXK_RETURN);
+        WaitUntilEnded(dialog);
     });
     EXPECT_EQ(wxID_OK, dialog.ShowModal());
-    EXPECT_EQ(Out("plain.tif"), dialog.m_path);
 }
 
-TEST_F(SaveDialog, ControlsAsOthersFindThem)
+TEST(SaveProposal, Paths)
 {
-    Dialog dialog;
-    EXPECT_EQ("dialog", dialog.GetName());
-    EXPECT_NE(0, dialog.GetExtraStyle() & wxWS_EX_BLOCK_EVENTS);
-    EXPECT_EQ(dialog.FindWindow(wxID_SAVE), dialog.GetDefaultItem());
-    EXPECT_EQ("&Save", dialog.FindWindow(wxID_SAVE)->GetLabel());
-    EXPECT_EQ("&Cancel", dialog.FindWindow(wxID_CANCEL)->GetLabel());
-    EXPECT_EQ("choice", dialog.Format().GetName());
-    EXPECT_EQ("text", dialog.Name().GetName());
-    EXPECT_EQ("lsHyperlinkCtrl", dialog.Link().GetName());
-    EXPECT_EQ(4U, dialog.Format().GetCount());
-    for (const char* szLabel : {"File Format:", "File Name:", "Destination Path:"})
-        EXPECT_NE(nullptr, wxWindow::FindWindowByLabel(szLabel, &dialog)) << szLabel;
-    EXPECT_GE(dialog.Folder().GetTextCtrl()->GetSize().x, 300);
+    EXPECT_EQ("/%s%n/pano4294967295", ProposedPath("/%s%n/", 4294967295U, ""));
+    EXPECT_EQ("/a.b/pano0.tif", WithExtension("/a.b/pano0.tiff", "tif"));
+    EXPECT_EQ("/a.b/pano0.tif", WithExtension("/a.b/pano0", "tif"));
 }
 
-} // namespace
+TEST(SaveProposal, Names)
+{
+    const struct {
+        const char* szName;
+        int nStem; // -1: no extension
+        bool bFileName;
+    } cases[] = {{"holiday", -1, true}, {"a.b.c", 3, true},        {"a..", 2, true},
+                 {".jpg", 0, false},    {".hidden.jpg", 7, false}, {"..", 1, false}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(c.bFileName, IsFileName(c.szName)) << c.szName;
+        const auto nStem = StemLength(c.szName);
+        EXPECT_EQ(c.nStem, nStem ? static_cast<int>(*nStem) : -1) << c.szName;
+    }
+    for (const char cExcluded : std::string("*?\\/:\"<>|"))
+        EXPECT_FALSE(IsFileName(std::string("a") + cExcluded + "b.jpg")) << cExcluded;
+}

@@ -1,86 +1,55 @@
-// The progress dialog beside a frame that it locks.
+// The progress dialog beside a frame that it locks, and its times.
 #include "Widgets/lsProgressDialog.h"
 
-#include "tests/support/Gui.h"
+#include "Widgets/TimeEstimate.h"
+#include "tests/Widgets/WidgetTest.h"
 
-#include <gtest/gtest.h>
 #include <wx/button.h>
-#include <wx/frame.h>
 #include <wx/gauge.h>
 #include <wx/stattext.h>
 #include <wx/timer.h>
-#include <wx/uiaction.h>
 
+#include <cstdint>
+#include <functional>
+#include <limits>
 #include <string>
 #include <vector>
 
 using namespace LS::Tests;
-using LS::Widgets::lsProgressDialog;
+using namespace LS::Widgets;
 
 namespace {
 
 constexpr int ID_SKIP = 32000;
 constexpr int JOB = wxPD_CAN_ABORT | wxPD_APP_MODAL | wxPD_AUTO_HIDE | wxPD_SMOOTH;
-constexpr int TIMES = wxPD_ELAPSED_TIME | wxPD_ESTIMATED_TIME | wxPD_REMAINING_TIME;
-
-/// All texts from top to bottom, captions included.
-std::vector<std::string> Texts(const wxDialog& dialog)
-{
-    std::vector<std::string> vTexts;
-    for (const wxWindow* const pChild : dialog.GetChildren()) {
-        if (const auto* const pText = dynamic_cast<const wxStaticText*>(pChild))
-            vTexts.push_back(pText->GetLabel().ToStdString());
-    }
-    return vTexts;
-}
 
 using TextList = std::vector<std::string>;
 
-wxGauge* Gauge(const wxDialog& dialog)
+/// All texts from top to bottom, captions included.
+TextList Texts(const wxDialog& dialog)
 {
-    for (wxWindow* const pChild : dialog.GetChildren()) {
-        if (auto* const pGauge = dynamic_cast<wxGauge*>(pChild))
-            return pGauge;
-    }
-    return nullptr;
+    TextList texts;
+    for (const wxWindow* const pChild : dialog.GetChildren())
+        if (const auto* const pText = dynamic_cast<const wxStaticText*>(pChild))
+            texts.push_back(pText->GetLabel().ToStdString());
+    return texts;
 }
 
-wxButton* Button(const wxDialog& dialog, int nId)
+/// What the gauge shows; -1 without one.
+int Gauge(const wxDialog& dialog)
 {
-    return dynamic_cast<wxButton*>(dialog.FindWindow(nId));
+    for (const wxWindow* const pChild : dialog.GetChildren())
+        if (const auto* const pGauge = dynamic_cast<const wxGauge*>(pChild))
+            return pGauge->GetValue();
+    return -1;
 }
 
-void Press(wxDialog& dialog, int nId)
-{
-    wxCommandEvent event(wxEVT_BUTTON, nId);
-    event.SetEventObject(Button(dialog, nId));
-    dialog.GetEventHandler()->ProcessEvent(event);
-}
-
-class ProgressDialog : public testing::Test {
+class ProgressDialog : public WidgetTest {
 protected:
-    ProgressDialog()
-        : m_frame(new wxFrame(nullptr, wxID_ANY, "Job", wxPoint(50, 50), wxSize(900, 700))),
-          m_other(new wxFrame(nullptr, wxID_ANY, "Other", wxPoint(1000, 50), wxSize(100, 100))),
-          m_command(new wxButton(m_frame, wxID_ANY, "Command", wxPoint(10, 10))),
-          m_commands(*m_frame, wxEVT_BUTTON)
-    {
-        // Without this the only child would fill the frame, and the dialog would cover it.
-        new wxButton(m_frame, wxID_ANY, "Second", wxPoint(10, 100));
-        m_other->Show();
-        ShowAndWait(*m_frame);
-    }
-    ~ProgressDialog() override
-    {
-        m_other->Destroy();
-        m_frame->Destroy();
-        Pump();
-    }
+    ProgressDialog() { m_other->Show(); }
+    ~ProgressDialog() override { m_other->Destroy(); }
 
-    wxFrame* m_frame;
-    wxFrame* m_other;
-    wxButton* m_command;
-    EventCounter m_commands;
+    wxFrame* m_other = new wxFrame(nullptr, wxID_ANY, "Other", wxPoint(1000, 50), wxSize(100, 100));
 };
 
 } // namespace
@@ -91,236 +60,153 @@ TEST_F(ProgressDialog, ShowsValuesAndTexts)
         const char* name;
         int nMaximum, nValue;
         const char* szMessage;
-        int nRange, nGauge; ///< of the gauge; -1 without one
+        int nGauge;
         TextList texts;
     } cases[] = {
-        {"start", 100, 0, "", 100, 0, {"First", ""}},
-        {"half way", 100, 45, "", 100, 45, {"First", "45% completed."}},
-        {"new message", 100, 45, "Second", 100, 45, {"Second", "45% completed."}},
-        {"no gauge", 0, 30, "", -1, -1, {"First", "30% completed."}},
-        {"negative maximum", -70000, 30, "", -1, -1, {"First", "30% completed."}},
-        {"scaled", 70000, 30001, "", 35000, 15000, {"First", "15000% completed."}},
-        {"beyond the maximum", 100, 101, "", 100, 100, {"First", "101% completed."}},
-        {"below 0", 100, -5, "", 100, 0, {"First", "-5% completed."}},
+        {"start", 100, 0, "", 0, {"First", ""}},
+        {"new message", 100, 45, "Second", 45, {"Second", "45% completed."}},
+        {"no gauge", 0, 30, "", -1, {"First", "30% completed."}},
+        {"scaled", 70000, 30001, "", 15000, {"First", "15000% completed."}},
+        {"beyond the maximum", 100, 101, "", 100, {"First", "101% completed."}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         lsProgressDialog dialog("Title", "First", c.nMaximum, m_frame, JOB);
-        EXPECT_TRUE(dialog.IsShown());
-        EXPECT_EQ("Title", dialog.GetTitle());
         EXPECT_TRUE(dialog.Update(c.nValue, c.szMessage));
-        const wxGauge* const pGauge = Gauge(dialog);
-        EXPECT_EQ(c.nRange, pGauge ? pGauge->GetRange() : -1);
-        EXPECT_EQ(c.nGauge, pGauge ? pGauge->GetValue() : -1);
+        EXPECT_EQ(c.nGauge, Gauge(dialog));
         EXPECT_EQ(c.texts, Texts(dialog));
     }
 }
 
-TEST_F(ProgressDialog, IsAsWideAsItsMessageNeeds)
+TEST_F(ProgressDialog, LocksTheOtherWindowsUntilTheEnd)
 {
-    lsProgressDialog narrow("Title", "Short", 100, m_frame, JOB);
-    const wxSize size = narrow.GetClientSize();
-    EXPECT_EQ(std::max(300, 4 * size.y / 3), size.x);
-    const wxString message('x', 100);
-    lsProgressDialog wide("Title", message, 100, m_frame, JOB);
-    EXPECT_EQ(3 * wide.GetTextExtent(message).x / 2, wide.GetClientSize().x);
+    for (const bool bOthersToo : {true, false}) {
+        const int nStyle = bOthersToo ? JOB : wxPD_CAN_ABORT | wxPD_AUTO_HIDE;
+        {
+            lsProgressDialog dialog("Title", "Job", 100, m_frame, nStyle);
+            EXPECT_FALSE(m_frame->IsEnabled());
+            EXPECT_EQ(!bOthersToo, m_other->IsEnabled());
+            EXPECT_TRUE(dialog.Update(100));
+            Pump(20);
+            EXPECT_FALSE(dialog.IsShown());
+            EXPECT_TRUE(m_frame->IsEnabled() && m_other->IsEnabled());
+        }
+        {
+            const lsProgressDialog failed("Title", "Job", 100, m_frame, nStyle);
+        }
+        EXPECT_TRUE(m_frame->IsEnabled() && m_other->IsEnabled());
+    }
 }
 
-TEST_F(ProgressDialog, LocksTheOtherWindows)
+TEST_F(ProgressDialog, EveryWayToCancelReachesAJobThatDoesNotMove)
 {
+    const std::function<void(wxDialog&)> ways[] = {
+        [](wxDialog& dialog) {
+            MoveTo(*dialog.FindWindow(wxID_CANCEL), wxPoint(10, 10));
+            wxUIActionSimulator().MouseClick();
+        },
+        [](wxDialog&) { wxUIActionSimulator().Char(WXK_ESCAPE); },
+        [](wxDialog& dialog) { dialog.Close(); },
+    };
+    for (const auto& cancel : ways) {
+        SCOPED_TRACE(&cancel - ways);
+        lsProgressDialog dialog("Title", "Job", 100, m_frame, JOB);
+        ShowAndWait(dialog);
+        EXPECT_TRUE(dialog.Update(45));
+        Pump(20);
+        cancel(dialog);
+        int nUpdates = 0;
+        while (dialog.Update(45) && ++nUpdates < 400)
+            wxMilliSleep(5);
+        EXPECT_LT(nUpdates, 400);
+        EXPECT_TRUE(dialog.IsShown());
+        EXPECT_FALSE(dialog.FindWindow(wxID_CANCEL)->IsEnabled());
+        dialog.Resume();
+        EXPECT_TRUE(dialog.Update(47));
+        Press(dialog, wxID_CANCEL);
+        EXPECT_FALSE(dialog.Pulse());
+        EXPECT_TRUE(dialog.Update(100)) << "lost at the end";
+    }
+}
+
+TEST_F(ProgressDialog, CannotBeClosedWithoutACancelButton)
+{
+    lsProgressDialog dialog("Title", "Job", 100, m_frame, wxPD_APP_MODAL | wxPD_AUTO_HIDE);
+    EXPECT_EQ(nullptr, dialog.FindWindow(wxID_CANCEL));
+    EXPECT_FALSE(dialog.Close());
+    EXPECT_TRUE(dialog.IsShown());
+    EXPECT_TRUE(dialog.Update(10));
+}
+
+TEST_F(ProgressDialog, WithAllButAutoHideItStaysUntilClosed)
+{
+    const int nTimes = wxPD_ELAPSED_TIME | wxPD_ESTIMATED_TIME | wxPD_REMAINING_TIME;
+    lsProgressDialog dialog("Title", "Job", 100, m_frame,
+                            wxPD_CAN_ABORT | wxPD_APP_MODAL | wxPD_CAN_SKIP | nTimes);
+    EXPECT_EQ((TextList{"Job", "", "Elapsed time : ", "0:00:00", "Estimated time : ", "unknown",
+                        "Remaining time : ", "unknown"}),
+              Texts(dialog));
+    Press(dialog, ID_SKIP);
+    EXPECT_TRUE(dialog.Update(2)) << "a job that asks for no skip";
+    for (const bool bExpected : {true, false}) {
+        bool bSkip = false;
+        EXPECT_TRUE(dialog.Update(3, "", &bSkip));
+        EXPECT_EQ(bExpected, bSkip);
+    }
+    wxTimer closing;
+    closing.Bind(wxEVT_TIMER, [&](wxTimerEvent&) {
+        EXPECT_EQ("Done.", Texts(dialog)[0]);
+        EXPECT_FALSE(m_frame->IsEnabled());
+        Press(dialog, wxID_CANCEL);
+    });
+    closing.StartOnce(100);
+    EXPECT_TRUE(dialog.Update(100));
+    EXPECT_FALSE(dialog.IsShown());
+    EXPECT_TRUE(m_frame->IsEnabled());
+}
+
+TEST(TimeText, HoursMinutesSeconds)
+{
+    EXPECT_EQ("0:00:59", TimeText(59).ToStdString());
+    EXPECT_EQ("100:01:01", TimeText(100 * 3600 + 61).ToStdString());
+    EXPECT_EQ("Unknown", TimeText(UNKNOWN_TIME).ToStdString());
+    EXPECT_EQ(0U, SecondsBetween(15, 10)) << "never runs backwards";
+}
+
+TEST(GaugeFactor, KeepsTheRangeWithin16Bits)
+{
+    EXPECT_EQ(1, GaugeFactor(0));
+    EXPECT_EQ(1, GaugeFactor(65535));
+    EXPECT_EQ(2, GaugeFactor(65536));
+    EXPECT_EQ(32768, GaugeFactor(std::numeric_limits<std::int32_t>::max()));
+}
+
+TEST(TimeEstimate, MovesWhenConfirmed)
+{
+    struct Step {
+        std::uint32_t nElapsed;
+        std::int32_t nValue; ///< of 100
+        std::uint32_t nEstimated, nRemaining;
+        std::uint32_t nStopped = 0;
+    };
     const struct {
         const char* name;
-        int nStyle;
-        bool bOtherLocked;
+        std::vector<Step> steps;
     } cases[] = {
-        {"every window", JOB, true},
-        {"the parent alone", wxPD_CAN_ABORT | wxPD_AUTO_HIDE, false},
+        {"the first three seconds follow each report",
+         {{0, 10, 0, 0}, {1, 10, 10, 9}, {2, 10, 20, 18}, {3, 10, 30, 27}}},
+        {"a rise between falls begins the count anew",
+         {{3, 10, 30, 27}, {4, 20, 30, 26}, {6, 10, 30, 24}, {7, 35, 30, 23}, {9, 45, 30, 21}}},
+        {"an overdue job moves at once", {{3, 100, 3, 0}, {4, 50, 8, 4}}},
+        {"the time stopped comes on top", {{2, 50, 4, 2}, {12, 50, 14, 2, 10}}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        {
-            lsProgressDialog dialog("Title", "Job", 100, m_frame, c.nStyle);
-            EXPECT_FALSE(m_frame->IsEnabled());
-            EXPECT_EQ(!c.bOtherLocked, m_other->IsEnabled());
-            Pump(20);
-            Click(*m_command, wxPoint(5, 5));
-            EXPECT_EQ(0, m_commands.Count());
-
-            EXPECT_TRUE(dialog.Update(100));
-            EXPECT_FALSE(dialog.IsShown());
-            EXPECT_TRUE(m_frame->IsEnabled()) << "locked until the dialog is gone";
-            EXPECT_TRUE(m_other->IsEnabled());
+        TimeEstimate estimate;
+        for (const Step& step : c.steps) {
+            estimate.Report(step.nElapsed, step.nStopped, step.nValue, 100);
+            EXPECT_EQ(step.nEstimated, estimate.Estimated()) << "after " << step.nElapsed << " s";
+            EXPECT_EQ(step.nRemaining, estimate.Remaining(step.nElapsed));
         }
-        {
-            const lsProgressDialog failed("Title", "Job", 100, m_frame, c.nStyle);
-        }
-        EXPECT_TRUE(m_frame->IsEnabled());
-        EXPECT_TRUE(m_other->IsEnabled());
     }
-    ShowAndWait(*m_frame); // a window manager hands the focus back in its own time
-    Click(*m_command, wxPoint(5, 5));
-    EXPECT_EQ(1, m_commands.Count());
-}
-
-TEST_F(ProgressDialog, CancelReachesAJobThatDoesNotMove)
-{
-    lsProgressDialog dialog("Title", "Job", 100, m_frame, JOB | wxPD_CAN_SKIP);
-    EXPECT_TRUE(dialog.Update(45));
-    Pump(40);
-    wxButton& cancel = *Button(dialog, wxID_CANCEL);
-    MoveTo(cancel, wxPoint(10, 10));
-    wxUIActionSimulator().MouseClick();
-
-    int nUpdates = 0;
-    while (dialog.Update(45) && ++nUpdates < 400)
-        wxMilliSleep(5);
-    EXPECT_LT(nUpdates, 400);
-    EXPECT_TRUE(dialog.IsShown());
-    EXPECT_FALSE(cancel.IsEnabled());
-    EXPECT_FALSE(Button(dialog, ID_SKIP)->IsEnabled());
-    EXPECT_FALSE(dialog.Update(46));
-
-    dialog.Resume();
-    EXPECT_TRUE(dialog.Update(47));
-    EXPECT_TRUE(cancel.IsEnabled());
-    EXPECT_TRUE(Button(dialog, ID_SKIP)->IsEnabled());
-}
-
-TEST_F(ProgressDialog, UpdateDeliversQueuedEvents)
-{
-    lsProgressDialog dialog("Title", "Job", 100, m_frame, JOB);
-    dialog.Update(45);
-    Pump();
-    int nCalls = 0;
-    dialog.CallAfter([&] { ++nCalls; });
-    dialog.Update(45);
-    EXPECT_EQ(1, nCalls);
-}
-
-TEST_F(ProgressDialog, CloseIsCancelWhereCancelExists)
-{
-    lsProgressDialog dialog("Title", "Job", 100, m_frame, JOB);
-    dialog.Close();
-    EXPECT_TRUE(dialog.IsShown());
-    EXPECT_FALSE(Button(dialog, wxID_CANCEL)->IsEnabled());
-    EXPECT_FALSE(dialog.Update(10));
-
-    lsProgressDialog locked("Title", "Job", 100, m_frame, wxPD_APP_MODAL | wxPD_AUTO_HIDE);
-    EXPECT_EQ(nullptr, Button(locked, wxID_CANCEL));
-    EXPECT_FALSE(locked.Close());
-    EXPECT_TRUE(locked.IsShown());
-    EXPECT_TRUE(locked.Update(10));
-}
-
-TEST_F(ProgressDialog, ACancelThatIsStillPendingAtTheEndIsLost)
-{
-    lsProgressDialog dialog("Title", "Job", 100, m_frame, JOB);
-    dialog.Update(99);
-    Press(dialog, wxID_CANCEL);
-    EXPECT_TRUE(dialog.Update(100));
-    EXPECT_TRUE(dialog.Update(100));
-    EXPECT_TRUE(dialog.Update(50));
-    EXPECT_FALSE(dialog.IsShown());
-}
-
-TEST_F(ProgressDialog, AJobThatIsDoneAtOnceLeavesNoWindow)
-{
-    lsProgressDialog dialog("Title", "Job", 100, m_frame, JOB);
-    EXPECT_TRUE(dialog.Update(100));
-    Pump(60);
-    EXPECT_FALSE(dialog.IsShown());
-}
-
-TEST_F(ProgressDialog, SkipIsToldOnce)
-{
-    lsProgressDialog dialog("Title", "Job", 100, m_frame, JOB | wxPD_CAN_SKIP);
-    bool bSkip = false;
-    EXPECT_TRUE(dialog.Update(1, "", &bSkip));
-    EXPECT_FALSE(bSkip);
-    Press(dialog, ID_SKIP);
-    EXPECT_FALSE(Button(dialog, ID_SKIP)->IsEnabled());
-    EXPECT_TRUE(dialog.Update(2)) << "a job that can't be told";
-    EXPECT_TRUE(dialog.Update(3, "", &bSkip));
-    EXPECT_TRUE(bSkip);
-    EXPECT_TRUE(Button(dialog, ID_SKIP)->IsEnabled());
-    bSkip = false;
-    EXPECT_TRUE(dialog.Update(4, "", &bSkip));
-    EXPECT_FALSE(bSkip);
-}
-
-TEST_F(ProgressDialog, TimeRows)
-{
-    lsProgressDialog dialog("Title", "Job", 100, m_frame, JOB | TIMES);
-    const auto texts = [&](const char* szPercent, const std::string& sElapsed, const std::string& sEstimated,
-                           const std::string& sRemaining) {
-        return TextList{"Job",
-                        szPercent,
-                        sElapsed.empty() ? "" : "Elapsed time : ",
-                        sElapsed,
-                        "Estimated time : ",
-                        sEstimated,
-                        "Remaining time : ",
-                        sRemaining};
-    };
-    EXPECT_EQ(texts("", "0:00:00", "unknown", "unknown"), Texts(dialog));
-    EXPECT_TRUE(dialog.Pulse());
-    EXPECT_EQ("Unknown", Texts(dialog)[5]);
-    EXPECT_EQ("Unknown", Texts(dialog)[7]);
-
-    wxMilliSleep(1050);
-    dialog.Update(50);
-    const std::string sElapsed = Texts(dialog)[3];
-    if (sElapsed == "0:00:01")
-        EXPECT_EQ(texts("50% completed.", sElapsed, "0:00:02", "0:00:01"), Texts(dialog));
-    else // a slow machine
-        EXPECT_EQ(texts("50% completed.", "0:00:02", "0:00:04", "0:00:02"), Texts(dialog));
-}
-
-TEST_F(ProgressDialog, PulseKeepsTheValueForTheNextUpdate)
-{
-    lsProgressDialog dialog("Title", "Job", 100, m_frame, JOB);
-    dialog.Update(30);
-    EXPECT_TRUE(dialog.Pulse("Counting"));
-    EXPECT_EQ((TextList{"Counting", "30% completed."}), Texts(dialog));
-    EXPECT_TRUE(dialog.Update(30));
-    EXPECT_EQ(30, Gauge(dialog)->GetValue());
-    Press(dialog, wxID_CANCEL);
-    EXPECT_FALSE(dialog.Pulse());
-}
-
-TEST_F(ProgressDialog, StaysUntilClosedWithoutAutoHide)
-{
-    const int nStyle = wxPD_CAN_ABORT | wxPD_CAN_SKIP | wxPD_APP_MODAL;
-    lsProgressDialog dialog("Title", "Job", 100, m_frame, nStyle);
-    TextList shown;
-    bool bLocked = false;
-    wxTimer closing;
-    closing.Bind(wxEVT_TIMER, [&](wxTimerEvent&) {
-        shown = Texts(dialog);
-        shown.push_back(Button(dialog, wxID_CANCEL)->GetLabel().ToStdString());
-        bLocked = !m_frame->IsEnabled() && !Button(dialog, ID_SKIP)->IsEnabled() && dialog.IsModal();
-        Press(dialog, wxID_CANCEL);
-    });
-    closing.StartOnce(300);
-    EXPECT_TRUE(dialog.Update(100));
-    EXPECT_EQ((TextList{"Done.", "100% completed.", "Close"}), shown);
-    EXPECT_TRUE(bLocked);
-    EXPECT_FALSE(dialog.IsShown());
-    EXPECT_TRUE(m_frame->IsEnabled());
-    EXPECT_TRUE(dialog.Update(100)) << "would run modally again";
-}
-
-TEST_F(ProgressDialog, CanBeClosedAtTheEndWithoutACancelButton)
-{
-    lsProgressDialog dialog("Title", "Job", 100, m_frame, wxPD_APP_MODAL);
-    TextList shown;
-    wxTimer closing;
-    closing.Bind(wxEVT_TIMER, [&](wxTimerEvent&) {
-        shown = Texts(dialog);
-        dialog.Close();
-    });
-    closing.StartOnce(300);
-    EXPECT_TRUE(dialog.Update(100, "Saved"));
-    EXPECT_EQ((TextList{"Saved", "100% completed."}), shown);
-    EXPECT_FALSE(dialog.IsShown());
 }

@@ -38,21 +38,14 @@ TEST(IpcWire, Messages)
         const char* name;
         std::string bytes, messages;
     } cases[] = {
-        {"nothing", "", ""},
         {"connect", "\x0a\x08\0\0\0only-one"s, "10:0:only-one "},
-        {"empty topic", "\x0a\0\0\0\0"s, "10:0: "},
-        {"execute", "\x01\x11\x03\0\0\0x|a"s, "1:17:x|a "},
-        {"disconnect", "\x0b"s, "11:0: "},
         {"one after the other", "\x0a\x01\0\0\0t\x01\x01\x01\0\0\0d\x0b"s, "10:0:t 1:1:d 11:0: "},
-        {"half a length", "\x0a\x08\0\0"s, ""},
         {"half a topic", "\x0a\x08\0\0\0only"s, ""},
         {"unknown code", "\x07\0\0"s, "broken"},
-        {"an answer", "\x0a\x01\0\0\0t\x09"s, "10:0:t broken"},
         {"topic at the limit", "\x0a\0\x04\0\0"s + std::string(1024, 't'),
          "10:0:" + std::string(1024, 't') + " "},
         {"topic beyond it", "\x0a\x01\x04\0\0"s, "broken"},
         {"data beyond the limit", "\x01\x11\x01\0\x10\0"s, "broken"},
-        {"largest length", "\x01\x11\xff\xff\xff\xff"s, "broken"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -78,17 +71,12 @@ TEST(IpcWire, TextOfData)
     } cases[] = {
         {"with its NUL", "x|\xc3\xa9\0"s, wxIPC_UTF8TEXT, L"x|\u00e9"},
         {"without", "x|\xc3\xa9", wxIPC_UTF8TEXT, L"x|\u00e9"},
-        {"plain text", "x|\xc3\xa9", wxIPC_TEXT, L"x|\u00e9"},
-        {"empty", "", wxIPC_UTF8TEXT, L""},
         {"a NUL alone", std::string(1, '\0'), wxIPC_UTF8TEXT, L""},
         {"no UTF-8", "\xff\xfe", wxIPC_UTF8TEXT, L""},
         {"wide with its NUL", Wide(L"\u5c71|\0"s), wxIPC_UNICODETEXT, L"\u5c71|"},
-        {"wide without", Wide(L"\u5c71|"), wxIPC_UNICODETEXT, L"\u5c71|"},
         {"half a wide character", "x|abc", wxIPC_UNICODETEXT, nullptr},
         {"two bytes a character", "x|ab", wxIPC_UTF16TEXT, nullptr},
         {"a bitmap", "x|a", wxIPC_BITMAP, nullptr},
-        {"no format", "x|a", 0, nullptr},
-        {"unknown format", "x|a", 255, nullptr},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);

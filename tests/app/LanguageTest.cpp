@@ -2,12 +2,12 @@
 #include "app/Language.h"
 
 #include "Util/Paths.h"
+#include "tests/support/LogRecorder.h"
 #include "tests/support/TempFolder.h"
 #include "xml/Config.h"
 
 #include <gtest/gtest.h>
 #include <wx/intl.h>
-#include <wx/log.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -19,35 +19,19 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The messages of the log as long as it lives.
-class Messages : private wxLog {
-public:
-    Messages() : m_previous(wxLog::SetActiveTarget(this)) {}
-    ~Messages() override { wxLog::SetActiveTarget(m_previous); }
+const std::string CATALOGUES = LS_CATALOGUE_FOLDER;
 
-    std::vector<std::string> vsLines;
-
-private:
-    void DoLogRecord(wxLogLevel, const wxString& message, const wxLogRecordInfo&) override
-    {
-        vsLines.push_back(message.utf8_string());
-    }
-
-    wxLog* m_previous;
-};
-
-/// A program folder with catalogues.
+/// A program folder with a French catalogue under some names.
 struct ProgramFolder : TempFolder {
-    explicit ProgramFolder(const std::vector<std::string>& vsCatalogues)
+    explicit ProgramFolder(const std::vector<std::string>& vsNames)
     {
         fs::create_directory(File("Languages"));
-        for (const std::string& sName : vsCatalogues)
-            fs::copy_file(std::string(LS_CATALOGUE_FOLDER) + "/fr_FR.mo", Catalogue(sName));
+        for (const std::string& sName : vsNames)
+            fs::copy_file(CATALOGUES + "/fr_FR.mo", Catalogue(sName));
     }
 
     std::string Catalogue(const std::string& sName) const { return File("Languages/" + sName + ".mo"); }
     std::wstring Wide() const { return LS::Util::WidePath(Path()); }
-    void Choose(const std::string& sXml) const { WriteText(File("lsConfig.xml"), sXml); }
 };
 
 std::string Text()
@@ -60,144 +44,100 @@ class Language : public testing::Test {
 protected:
     static void SetUpTestSuite()
     {
-        s_locales = new TempFolder;
         for (const std::string sName : {"fr_FR", "en_US"}) {
-            const std::string sCommand =
-                "localedef -i " + sName + " -f UTF-8 '" + s_locales->File(sName) + ".UTF-8'";
-            ASSERT_EQ(0, std::system(sCommand.c_str())); // NOLINT(bugprone-command-processor): our own words
+            const std::string sFile = s_locales.File(sName) + ".UTF-8";
+            // NOLINTNEXTLINE(bugprone-command-processor): our own words
+            ASSERT_EQ(0, std::system(("localedef -i " + sName + " -f UTF-8 '" + sFile + "'").c_str()));
         }
-        setenv("LOCPATH", s_locales->Path().c_str(), 1);
+        setenv("LOCPATH", s_locales.Path().c_str(), 1);
     }
+    static void TearDownTestSuite() { unsetenv("LOCPATH"); }
 
-    static void TearDownTestSuite()
-    {
-        unsetenv("LOCPATH");
-        delete s_locales;
-    }
-
-    static TempFolder* s_locales;
+    inline static const TempFolder s_locales;
 };
-
-TempFolder* Language::s_locales = nullptr;
 
 } // namespace
 
-TEST_F(Language, CataloguesMakeLanguagesKnown)
+TEST(Languages, AreThoseOfTheCatalogues)
 {
     const struct {
-        const char* name;
-        std::vector<std::string> catalogues;
+        std::vector<std::string> vsCatalogues;
         LanguageMap languages;
     } cases[] = {
-        {"none", {}, {}},
-        {"one", {"fr_FR"}, {{"French", 78}}},
-        {"one for two languages", {"es_ES"}, {{"Spanish", 175}, {"Spanish (Modern)", 187}}},
-        {"first and last", {"ab", "zu"}, {{"Abkhazian", 2}, {"Zulu", 229}}},
-        {"by description only", {"jw", "yi"}, {{"Javanese", 111}, {"Yiddish", 226}}},
-        {"of no language", {"fr", "FR_fr", "xx", "en_MW"}, {}},
+        {{}, {}},
+        {{"fr_FR"}, {{"French", 78}}},
+        {{"es_ES"}, {{"Spanish", 175}, {"Spanish (Modern)", 187}}},
+        {{"ab", "jw", "zu"}, {{"Abkhazian", 2}, {"Javanese", 111}, {"Zulu", 229}}},
+        {{"fr", "FR_fr", "xx", "en_MW"}, {}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        EXPECT_EQ(c.languages, FindLanguages(ProgramFolder(c.catalogues).Wide()));
-    }
+    for (const auto& c : cases)
+        EXPECT_EQ(c.languages, FindLanguages(ProgramFolder(c.vsCatalogues).Wide()))
+            << testing::PrintToString(c.vsCatalogues);
     EXPECT_EQ(LanguageMap(), FindLanguages(TempFolder().WideFile("missing")));
-    const ProgramFolder folder({});
-    fs::create_directory(folder.Catalogue("fr_FR"));
-    EXPECT_EQ(LanguageMap(), FindLanguages(folder.Wide()));
 }
 
-TEST_F(Language, FileDecides)
+TEST_F(Language, IsThatOfTheFile)
 {
-    const std::string sUnset = "as it was";
+    const std::string sWhole = ReadText(CATALOGUES + "/fr_FR.mo");
+    const std::string sFrench = "<a Language='French'/>", sNone = "English (U.S.)", sUnset = "as it was";
     const struct {
-        const char* name;
-        std::vector<std::string> catalogues;
-        std::string xml; ///< empty: no file
-        std::string language, text;
-        bool locale;
-        std::vector<std::string> log;
+        const char* szName;
+        std::string sCatalogue, sContent, sXml, sLanguage, sText;
+        std::vector<std::string> vsLog;
     } cases[] = {
-        {"no file", {"fr_FR"}, "", sUnset, "Aperture", false, {}},
-        {"French", {"fr_FR"}, "<a Language='French'/>", "French", "Ouverture", true, {}},
-        {"as an element", {"fr_FR"}, "<a><Language>French</Language></a>", "French", "Ouverture", true, {}},
-        {"deeper", {"fr_FR"}, "<a><b Language='French'/></a>", "English (U.S.)", "Aperture", false, {}},
-        {"another language", {"fr_FR"}, "<a Language='Zulu'/>", "Zulu", "Aperture", false, {}},
-        {"no language", {"fr_FR"}, "<a Language='%s%n'/>", "%s%n", "Aperture", false, {}},
-        {"no key, no catalogue", {"fr_FR"}, "<a/>", "English (U.S.)", "Aperture", false, {}},
-        {"no key, but a catalogue", {"en_US"}, "<a/>", "English (U.S.)", "Ouverture", true, {}},
+        {"no file", "fr_FR", sWhole, "", sUnset, "Aperture", {}},
+        {"French", "fr_FR", sWhole, sFrench, "French", "Ouverture", {}},
+        {"as an element", "fr_FR", sWhole, "<a><Language>French</Language></a>", "French", "Ouverture", {}},
+        {"deeper", "fr_FR", sWhole, "<a><b Language='French'/></a>", sNone, "Aperture", {}},
+        {"one without a catalogue", "fr_FR", sWhole, "<a Language='%s%n'/>", "%s%n", "Aperture", {}},
+        {"no key, but a catalogue", "en_US", sWhole, "<a/>", sNone, "Ouverture", {}},
         {"unknown to the system",
-         {"de_DE"},
+         "de_DE",
+         sWhole,
          "<a Language='German'/>",
          "German",
          "Aperture",
-         false,
          {"This language is not supported by the system."}},
+        {"cut catalogue",
+         "fr_FR",
+         sWhole.substr(0, 20),
+         sFrench,
+         "French",
+         "Aperture",
+         {"This language file error!"}},
+        {"empty catalogue", "fr_FR", "", sFrench, "French", "Aperture", {"This language file error!"}},
+        {"cut XML", "fr_FR", sWhole, "<a Language='French'>", sUnset, "Aperture", {}},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        const ProgramFolder folder(c.catalogues);
-        if (!c.xml.empty())
-            folder.Choose(c.xml);
-        Messages log;
+        SCOPED_TRACE(c.szName);
+        const ProgramFolder folder({});
+        WriteText(folder.Catalogue(c.sCatalogue), c.sContent);
+        if (!c.sXml.empty())
+            WriteText(folder.File("lsConfig.xml"), c.sXml);
+        const LogRecorder log;
         Config config;
         config.m_language = sUnset;
         const LanguageChoice choice = LoadLanguage(folder.Wide(), config);
-        EXPECT_EQ(c.language, config.m_language.utf8_string());
-        EXPECT_EQ(c.locale, choice.locale != nullptr);
-        EXPECT_EQ(c.text, Text());
+        EXPECT_EQ(c.sLanguage, config.m_language.utf8_string());
+        EXPECT_EQ(c.sText, Text());
         EXPECT_EQ("0.5", wxString::Format("%.1f", 0.5));
-        EXPECT_EQ(c.log, log.vsLines);
+        EXPECT_EQ(c.vsLog, log.Lines());
     }
     EXPECT_EQ("Aperture", Text()); // the choice is gone, and its texts with it
 }
 
-TEST_F(Language, BrokenFilesLeaveEnglish)
-{
-    const std::string sWhole = [] {
-        const Bytes bytes = ReadBytes(std::string(LS_CATALOGUE_FOLDER) + "/fr_FR.mo");
-        return std::string(bytes.begin(), bytes.end());
-    }();
-    const struct {
-        const char* name;
-        std::string catalogue, xml;
-        std::vector<std::string> log;
-    } cases[] = {
-        {"catalogue of text", "no catalogue at all", "<a Language='French'/>", {"This language file error!"}},
-        {"empty catalogue", "", "<a Language='French'/>", {"This language file error!"}},
-        {"catalogue's head alone",
-         sWhole.substr(0, 20),
-         "<a Language='French'/>",
-         {"This language file error!"}},
-        {"no XML", sWhole, "Language=French", {}},
-        {"cut XML", sWhole, "<a Language='French'>", {}},
-        {"empty XML", sWhole, " ", {}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        const ProgramFolder folder({});
-        WriteText(folder.Catalogue("fr_FR"), c.catalogue);
-        folder.Choose(c.xml);
-        Messages log;
-        Config config;
-        const LanguageChoice choice = LoadLanguage(folder.Wide(), config);
-        EXPECT_EQ("Aperture", Text());
-        EXPECT_EQ(!c.log.empty(), choice.locale != nullptr); // the locale stays set
-        EXPECT_EQ(c.log, log.vsLines);
-        EXPECT_EQ("0.5", wxString::Format("%.1f", 0.5));
-    }
-}
-
-TEST_F(Language, OneLanguageFollowsAnother)
+TEST_F(Language, OneFollowsAnother)
 {
     const ProgramFolder folder({"fr_FR"});
-    fs::copy_file(std::string(LS_CATALOGUE_FOLDER) + "/it_IT.mo", folder.Catalogue("en_US"));
+    fs::copy_file(CATALOGUES + "/it_IT.mo", folder.Catalogue("en_US"));
     LanguageChoice choice{FindLanguages(folder.Wide()), nullptr};
-    EXPECT_TRUE(SetLanguage("French", folder.Wide(), choice));
-    EXPECT_EQ("Ouverture", Text());
-    EXPECT_TRUE(SetLanguage("English (U.S.)", folder.Wide(), choice));
-    EXPECT_EQ("Diaframma", Text());
-    EXPECT_FALSE(SetLanguage("Zulu", folder.Wide(), choice));
-    EXPECT_EQ("Diaframma", Text()); // nothing changes
-    EXPECT_TRUE(SetLanguage("French", folder.Wide(), choice));
-    EXPECT_EQ("Ouverture", Text());
+    const struct {
+        const char *szLanguage, *szText;
+        bool bIsSet;
+    } steps[] = {
+        {"French", "Ouverture", true}, {"English (U.S.)", "Diaframma", true}, {"Zulu", "Diaframma", false}};
+    for (const auto& step : steps) {
+        EXPECT_EQ(step.bIsSet, SetLanguage(step.szLanguage, folder.Wide(), choice));
+        EXPECT_EQ(step.szText, Text());
+    }
 }

@@ -1,11 +1,12 @@
 // A child process with its output caught in files.
 #include "tests/cli/ProgramRun.h"
 
-#include "tests/support/TempFolder.h"
-
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -23,6 +24,7 @@ void RedirectTo(const std::string& sPath, int nDescriptor)
         _exit(126);
 }
 
+/// As a shell sets a limit: for good.
 void Limit(__rlimit_resource nResource, long nValue)
 {
     if (nValue < 0)
@@ -40,9 +42,10 @@ void Limit(__rlimit_resource nResource, long nValue)
         _exit(126);
     for (const std::string& sVariable : options.environment)
         putenv(const_cast<char*>(sVariable.c_str()));
-    std::signal(SIGXFSZ, SIG_IGN);
     Limit(RLIMIT_FSIZE, options.fileSizeLimit);
     Limit(RLIMIT_AS, options.memoryLimit);
+    for (const int nSignal : {SIGXFSZ, SIGPIPE})
+        std::signal(nSignal, SIG_DFL); // as a shell starts it, whatever this process ignores
     const char* const szProgram = options.program.empty() ? LS_CLI_PROGRAM : options.program.c_str();
     std::vector<char*> vszArguments{const_cast<char*>(szProgram)};
     for (const std::string& sArgument : vsArguments)
@@ -52,14 +55,20 @@ void Limit(__rlimit_resource nResource, long nValue)
     _exit(126);
 }
 
-/// Ends a process that takes too long.
-void WatchTheClock(pid_t nProcess, std::chrono::duration<double> limit)
+/// Sends the signal at its moment, and ends a process that takes too long.
+void Watch(pid_t nProcess, const RunOptions& options)
 {
-    const auto end = std::chrono::steady_clock::now() + limit;
+    using Clock = std::chrono::steady_clock;
+    const auto start = Clock::now();
+    bool bWaits = options.when != nullptr;
     siginfo_t info{};
     while (waitid(P_PID, static_cast<id_t>(nProcess), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
            info.si_pid == 0) {
-        if (std::chrono::steady_clock::now() > end)
+        if (bWaits && options.when(nProcess)) {
+            bWaits = false;
+            kill(nProcess, options.signal);
+        }
+        if (options.timeLimit >= 0 && Clock::now() - start > std::chrono::duration<double>(options.timeLimit))
             kill(nProcess, SIGKILL);
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
@@ -83,14 +92,44 @@ ProgramRun RunProgram(const std::vector<std::string>& vsArguments, const RunOpti
         throw std::runtime_error("fork");
     if (nProcess == 0)
         BecomeProgram(vsArguments, options, capture);
-    if (options.interruptAfter >= 0) {
-        std::this_thread::sleep_for(std::chrono::duration<double>(options.interruptAfter));
-        kill(nProcess, SIGINT);
-    }
-    if (options.timeLimit >= 0)
-        WatchTheClock(nProcess, std::chrono::duration<double>(options.timeLimit));
+    if (options.when || options.timeLimit >= 0)
+        Watch(nProcess, options);
     const int nCode = WaitFor(nProcess);
     return {nCode, ReadText(capture.File("out")), ReadText(capture.File("err"))};
+}
+
+std::vector<pid_t> ChildrenOf(pid_t nProcess)
+{
+    const std::string sProcess = std::to_string(nProcess);
+    std::ifstream file("/proc/" + sProcess + "/task/" + sProcess + "/children");
+    return {std::istream_iterator<pid_t>(file), {}};
+}
+
+ProgramRun ProgramFixture::Run(const Arguments& arguments, RunOptions options) const
+{
+    if (options.folder.empty())
+        options.folder = m_outputs.Path();
+    options.environment.insert(options.environment.begin(), "TMPDIR=" + m_temporary.Path());
+    return RunProgram(arguments, options);
+}
+
+void ProgramFixture::ExpectOnly(const Names& outputs) const
+{
+    EXPECT_EQ(outputs, m_outputs.Names());
+    EXPECT_EQ(Names{}, m_temporary.Names());
+}
+
+void ExpectHas(const std::string& sPiece, const std::string& sText)
+{
+    EXPECT_NE(std::string::npos, sText.find(sPiece)) << sPiece << "\nis missing in\n" << sText;
+}
+
+void ExpectFailure(int nCode, const std::string& sPiece, const ProgramRun& run)
+{
+    EXPECT_EQ(nCode, run.code);
+    EXPECT_EQ("", run.out);
+    EXPECT_EQ(1, std::count(run.err.begin(), run.err.end(), '\n')) << run.err;
+    ExpectHas(sPiece, run.err);
 }
 
 } // namespace LS::Tests

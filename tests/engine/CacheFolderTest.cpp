@@ -38,17 +38,6 @@ TEST(CacheFolder, EmptyingTakesEveryFile)
     EXPECT_TRUE(std::filesystem::is_empty(sFolder));
 }
 
-TEST(CacheFolder, RefusesNoFolder)
-{
-    const TempFolder folder;
-    WriteText(folder.File("mine.tmp"), "x");
-    const std::filesystem::path previous = std::filesystem::current_path();
-    std::filesystem::current_path(folder.Path());
-    EXPECT_FALSE(DeleteCacheFiles(L""));
-    std::filesystem::current_path(previous);
-    EXPECT_EQ(std::vector<std::string>{"mine.tmp"}, folder.Names());
-}
-
 TEST(CacheFolder, NamesTheFloatFileByDateAndUptime)
 {
     const std::string sName = std::filesystem::path(NewFloatCachePath()).filename();
@@ -78,10 +67,4 @@ TEST(CacheFolder, IsForItsOwnerAlone)
     WriteText(sPath, "in the way");
     EXPECT_FALSE(CreateCacheFolder());
     std::filesystem::remove(sPath);
-}
-
-TEST(CacheFolderDeathTest, IsRedirectedAtMostOnceAndBeforeItsFirstUse)
-{
-    CacheFolder();
-    EXPECT_DEATH(RedirectCacheFolder(L"/elsewhere"), "bUsed");
 }

@@ -4,7 +4,6 @@
 #include "engine/OwnedCurves.h"
 #include "engine/RecoveryReport.h"
 #include "tests/support/FailureRecorder.h"
-#include "tests/support/RecordingProgress.h"
 #include "tests/support/SyntheticSeries.h"
 #include "tests/support/TempFolder.h"
 
@@ -29,11 +28,10 @@ struct Recovery {
     Recovery& operator=(const Recovery&) = delete;
     ~Recovery() { ResetWorkspace(); }
 
-    bool Run(ProgbarSetter* pProgress = nullptr)
+    bool Run()
     {
         return CalculateCurves(series.vsFiles, series.nWidth, series.nHeight, series.vfShutters,
-                               series.vfStops, series.vfGains, series.vfNDs, curves.Get(), pProgress,
-                               &report);
+                               series.vfStops, series.vfGains, series.vfNDs, curves.Get(), nullptr, &report);
     }
     const float* Curve(std::size_t nChannel) { return curves.Get()[nChannel]; }
 
@@ -164,7 +162,6 @@ TEST(CalculateCurves, FailuresLeaveNothingButALine)
     } cases[] = {
         {"one image", [](auto& s) { s = Reordered(s, {4}); }, "fewer than two images"},
         {"narrow", [](auto& s) { s.nWidth = 9; }, "smaller than 10 pixels"},
-        {"low", [](auto& s) { s.nHeight = 9; }, "smaller than 10 pixels"},
         {"a strip", [](auto& s) { s.nWidth = 10, s.nHeight = 600000; }, "too narrow"},
         {"missing source", [&](auto& s) { s.vsFiles[8] = folder.WideFile("none"); }, "none: No such file"},
         {"short source", [&](auto& s) { s.vsFiles[8] = folder.WideFile("short.tmp"); },
@@ -183,24 +180,6 @@ TEST(CalculateCurves, FailuresLeaveNothingButALine)
         EXPECT_FALSE(recovery.Run());
         EXPECT_TRUE(recovery.curves.Get().empty());
         EXPECT_THAT(failures.Lines(), testing::ElementsAre(HasSubstr(c.sLine)));
-    }
-}
-
-TEST(CalculateCurves, ProgressNeverTurnsBack)
-{
-    const SyntheticScene scene = RenderScene(40, 30);
-    for (const int nImages : {2, 20, 60}) {
-        SCOPED_TRACE(nImages);
-        const TempFolder folder;
-        Recovery recovery(
-            Photograph(folder, scene, FilmResponse{}, Bracket(nImages, std::pow(600, 1.0 / nImages))));
-        RecordingProgress progress;
-        ProgbarSetter setter = progress.Setter();
-        ASSERT_TRUE(recovery.Run(&setter));
-        const auto& vnPositions = progress.Positions();
-        EXPECT_TRUE(std::is_sorted(vnPositions.begin(), vnPositions.end()));
-        EXPECT_EQ(2, vnPositions.front());
-        EXPECT_EQ(100, vnPositions.back());
     }
 }
 

@@ -4,16 +4,24 @@
 #include "tests/support/FailureRecorder.h"
 #include "tests/support/RecordingProgress.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>
+#include <new>
 
 namespace LS::Tests {
 
 namespace {
 
 using CreateHDRImageTest = SeriesFixture;
+
+/// Finds no memory for what it would show.
+class ExhaustedProgress : public ProgressTarget {
+public:
+    bool Update(int, const wxString&, bool*) override { throw std::bad_alloc(); }
+};
 
 } // namespace
 
@@ -59,6 +67,26 @@ TEST_F(CreateHDRImageTest, SecondRunReplacesTheFirst)
     EXPECT_EQ(3U, curves.Get().size()); // never taken over, so still the caller's
     EXPECT_EQ(1U, failures.Lines().size());
     ExpectEmptyWorkspace();
+}
+
+TEST_F(CreateHDRImageTest, WantOfMemoryLeavesALogLine)
+{
+    Photograph(12, 7, 2);
+    ExhaustedProgress exhausted;
+    const auto setter = [&exhausted] {
+        RecordingProgress().Setter(); // forgets the last position
+        return ProgbarSetter(&exhausted, 0, 0, 100);
+    };
+    const FailureRecorder failures;
+    OwnedCurves curves;
+    LoadCurves(nullptr, curves.Get());
+    ProgbarSetter creating = setter();
+    EXPECT_TRUE(Create(curves, &creating).empty());
+    ASSERT_TRUE(Merge());
+    ProgbarSetter saving = setter();
+    EXPECT_FALSE(SaveHDRFile(folder.File("x.hdr").c_str(), HDR_RADIANCE, &saving));
+    EXPECT_THAT(failures.Lines(),
+                testing::ElementsAre(testing::HasSubstr("create HDR image: "), testing::HasSubstr("save: ")));
 }
 
 TEST_F(CreateHDRImageTest, RecoversTheCurvesThatItIsNotGiven)

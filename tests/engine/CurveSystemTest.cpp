@@ -9,35 +9,6 @@
 
 namespace {
 
-TEST(RecoveryTables, KnownValues)
-{
-    const auto& biweight = BiweightTable();
-    EXPECT_EQ(0.0, biweight[0]);
-    EXPECT_EQ(0.000244, biweight[1]);
-    EXPECT_EQ(0.999969, biweight[128]);
-    EXPECT_EQ(0.693147F, LogTable()[1]);
-    EXPECT_EQ(5.545177F, LogTable()[255]);
-}
-
-TEST(LogGrid, EndsAndFractions)
-{
-    const LogGrid grid(20, 230);
-    for (const float fValue : {0.0F, 19.5F, 20.0F, 20.99F}) {
-        SCOPED_TRACE(fValue);
-        EXPECT_EQ(0, grid.PositionOf(fValue).nAbove);
-    }
-    const auto top = grid.PositionOf(230.5F);
-    EXPECT_NEAR(255.0, top.nBelow + static_cast<double>(top.fFraction), 1e-4);
-    const double dExpected = std::log(21.0) / (std::log(211.0) / 255); // 145.06
-    for (const float fValue : {40.0F, 40.999F}) { // what stands behind the point is cut off
-        const auto position = grid.PositionOf(fValue);
-        EXPECT_EQ(145, position.nBelow);
-        EXPECT_EQ(146, position.nAbove);
-        // The table has six decimals, and a step of the grid is 0.021.
-        EXPECT_NEAR(dExpected, position.nBelow + static_cast<double>(position.fFraction), 5e-5);
-    }
-}
-
 TEST(LogGrid, NothingBeyondTheNodesReachesTheSystem)
 {
     int nBeyond = 0;

@@ -52,17 +52,6 @@ TEST(ProgbarSetter, CallsTheDialogOnlyWhenThePositionGrows)
     }
 }
 
-TEST(ProgbarSetter, NestedSettersShareTheLastPosition)
-{
-    RecordingProgress dialog;
-    ProgbarSetter top = dialog.Setter();
-    ProgbarSetter sub(&top, 1, 80);
-    sub.SetPercent(50);
-    top.SetPercent(sub.Min() + 39); // the same position again, from a setter that hasn't sent it
-    ProgbarSetter(&top, 90, 101).SetPercent(100);
-    EXPECT_EQ((std::vector<int>{40, 100}), dialog.Positions()) << "never more than 100";
-}
-
 TEST(ProgbarSetter, RefusalSetsTheCancelFlag)
 {
     RecordingProgress dialog(50);

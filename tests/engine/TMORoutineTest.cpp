@@ -61,16 +61,6 @@ TEST(ToneMap, LargerPicturesEqualPlain)
     ExpectRoadsEqualPlain(Scaled(ContrastyPicture(100, 101), 0.001F), 2.5F, 2.6F);
 }
 
-TEST(ToneMap, RoadsPartOnlyBelowOne)
-{
-    const Picture bright = RandomPicture(12, 12);
-    ASSERT_GT(BrightestLuminance(bright), 1.0F);
-    EXPECT_EQ(MapScaledImage(bright, 0, 2.2F), MapCacheByRows(bright, 0, 2.2F));
-
-    const Picture dark = Scaled(bright, 0.5F / BrightestLuminance(bright));
-    EXPECT_NE(MapScaledImage(dark, 0, 2.2F), MapCacheByRows(dark, 0, 2.2F));
-}
-
 TEST(ToneMap, NothingAbove249AndBlackStaysBlack)
 {
     Picture picture = RandomPicture(40, 30);

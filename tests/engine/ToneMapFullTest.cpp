@@ -149,18 +149,6 @@ TEST(ToneMapScaled, MapsTheCopyAndForgetsAnOldCancel)
               Bytes(pPixels.get(), pPixels.get() + picture.vfPixels.size()));
 }
 
-TEST(ToneMapScaled, NullWithoutAMergedImage)
-{
-    ResetWorkspace();
-    const FailureRecorder failures;
-    std::int32_t nWidth = -7, nHeight = -7;
-    EXPECT_EQ(nullptr, ToneMapScaled(0, 2.2F, &nWidth, &nHeight));
-    EXPECT_EQ(nullptr, ToneMapFull(0, 2.2F, &nWidth, &nHeight, nullptr));
-    EXPECT_EQ(-7, nWidth);
-    EXPECT_EQ(-7, nHeight);
-    EXPECT_EQ(2u, failures.Lines().size());
-}
-
 } // namespace
 
 } // namespace LS::Tests

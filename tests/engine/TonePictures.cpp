@@ -72,16 +72,6 @@ Picture Scaled(Picture picture, float fFactor)
     return picture;
 }
 
-float BrightestLuminance(const Picture& picture)
-{
-    float fBrightest = 0;
-    for (std::size_t i = 0; i < picture.vfPixels.size(); i += 3)
-        fBrightest =
-            std::max(fBrightest, 0.265068F * picture.vfPixels[i] + 0.67023426F * picture.vfPixels[i + 1] +
-                                     0.06409157F * picture.vfPixels[i + 2]);
-    return fBrightest;
-}
-
 Bytes MapScaledImage(const Picture& picture, float fExposure, float fGamma)
 {
     return Copied(ToneMapScaledImage(picture.vfPixels.data(), picture.nWidth, picture.nHeight, fExposure,

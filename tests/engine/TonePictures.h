@@ -21,8 +21,6 @@ Picture SmoothPicture(std::int32_t nWidth, std::int32_t nHeight);    ///< a grad
 Picture ContrastyPicture(std::int32_t nWidth, std::int32_t nHeight); ///< dark with bright specks
 Picture Scaled(Picture picture, float fFactor);
 
-float BrightestLuminance(const Picture& picture);
-
 /// The three roads, each without progress. The cached ones write the picture to the cache folder first.
 /// An empty result stands for null.
 Bytes MapScaledImage(const Picture& picture, float fExposure, float fGamma);

@@ -2,8 +2,6 @@
 #include "tests/faults/FaultyProgram.h"
 #include "tests/faults/Form.h"
 
-#include <gtest/gtest.h>
-
 #include <csignal>
 #include <filesystem>
 #include <ostream>
@@ -28,62 +26,54 @@ constexpr int CRASH = 128 + SIGSEGV;
 
 class FailingCalls : public FaultyProgram, public testing::WithParamInterface<Sweep> {
 protected:
-    RunOptions Orders(long nCall, bool bLasting) const
+    /// @return whether the call that was to fail came at all
+    bool MergeWithFault(const Names& outputs, long nCall, bool bLasting)
     {
+        const std::string sKind = GetParam().szKind;
+        SCOPED_TRACE(testing::Message() << sKind << " " << nCall << (bLasting ? " and all after" : ""));
         RunOptions options;
-        options.environment = {
-            "LD_PRELOAD=" LS_FAILING_SYSTEM, std::string("LS_FAULT_CALL=") + GetParam().szKind,
-            "LS_FAULT_NTH=" + std::to_string(nCall), "LS_FAULT_MARK=" + m_mark.File("met")};
-        if (IsAllocation()) // what fails while the image library starts is beyond us
+        options.environment = {"LD_PRELOAD=" LS_FAILING_SYSTEM, "LS_FAULT_CALL=" + sKind,
+                               "LS_FAULT_NTH=" + std::to_string(nCall),
+                               "LS_FAULT_MARK=" + m_mark.File("met")};
+        if (sKind == "malloc") // what fails while the image library starts is beyond us
             options.environment.push_back("LS_FAULT_FROM=" + m_vsImages[0]);
         if (bLasting)
             options.environment.emplace_back("LS_FAULT_LASTING=1");
-        return options;
-    }
-
-    /// @return whether the call that was to fail came at all
-    bool Run(const std::vector<std::string>& vsOutputs, long nCall, bool bLasting)
-    {
-        SCOPED_TRACE(testing::Message()
-                     << GetParam().szKind << " " << nCall << (bLasting ? " and all after" : ""));
-        PutOlderFiles(vsOutputs);
-        const ProgramRun run = MergeWith({"--curve", "standard"}, vsOutputs, Orders(nCall, bLasting));
+        PutOlderFiles(outputs);
+        const ProgramRun run = MergeWith({"--curve", "standard"}, outputs, options);
         const bool bMet = std::filesystem::remove(m_mark.File("met"));
-        if (IsAllocation())
-            ExpectOutcomeWithoutMemory(run, vsOutputs);
+        if (sKind == "malloc")
+            RemoveTraces(run);
+        if (run.code == CRASH && sKind == "malloc")
+            ExpectWholeFiles(run, outputs, m_outputs.Path());
         else
-            ExpectCleanOutcome(run, vsOutputs);
+            ExpectCleanOutcome(run, outputs);
         EXPECT_TRUE(bMet || run.code == 0) << run.err;
         return bMet;
     }
 
-    bool IsAllocation() const { return std::string_view(GetParam().szKind) == "malloc"; }
-
     /// The image library follows null pointers where its texts find no memory. Then, and where the removing
     /// of the working folder finds none, hidden files stay behind, but nothing bears a name that was asked
     /// for.
-    void ExpectOutcomeWithoutMemory(const ProgramRun& run, const std::vector<std::string>& vsOutputs)
+    void RemoveTraces(const ProgramRun& run)
     {
-        EXPECT_TRUE(IsClearOutcome(run.code) || run.code == CRASH) << run.code << "\n" << run.err;
-        ExpectWholeFiles(run, vsOutputs, m_outputs.Path());
         for (const std::string& sName : m_outputs.Names())
             if (sName.starts_with(".lumistrand-"))
                 std::filesystem::remove(m_outputs.File(sName));
-        EXPECT_EQ(vsOutputs, m_outputs.Names());
         for (const std::string& sName : m_temporary.Names())
             std::filesystem::remove_all(m_temporary.File(sName));
         m_nCrashes += run.code == CRASH;
     }
 
     /// How many such calls an untroubled run makes.
-    long Calls(const std::vector<std::string>& vsOutputs)
+    long Calls(const Names& outputs)
     {
         long nLow = 1, nHigh = 1; // the last that is met, the first that isn't
-        while (Run(vsOutputs, nHigh, false))
+        while (MergeWithFault(outputs, nHigh, false))
             nHigh = 2 * (nLow = nHigh);
         while (nHigh - nLow > 1) {
             const long nMiddle = nLow + (nHigh - nLow) / 2;
-            (Run(vsOutputs, nMiddle, false) ? nLow : nHigh) = nMiddle;
+            (MergeWithFault(outputs, nMiddle, false) ? nLow : nHigh) = nMiddle;
         }
         return nLow;
     }
@@ -104,19 +94,26 @@ INSTANTIATE_TEST_SUITE_P(, FailingCalls,
 TEST_P(FailingCalls, DamageNothing)
 {
     int nRuns = 0, nMet = 0;
-    for (const auto& vsOutputs : AllOutputs()) {
-        RemoveOutputs();
-        const long nCalls = Calls(vsOutputs);
+    for (const Names& outputs : ALL_OUTPUTS) {
+        for (const std::string& sName : m_outputs.Names())
+            std::filesystem::remove(m_outputs.File(sName));
+        const long nCalls = Calls(outputs);
         const long nStep = nCalls / (InForm(GetParam().nShort, GetParam().nLong) / 2) + 1;
         for (long nCall = 1; nCall <= nCalls && !HasFailure(); nCall += nStep)
             for (const bool bLasting : {false, true}) {
-                nMet += Run(vsOutputs, nCall, bLasting); // the libraries' own calls differ a little
+                nMet += MergeWithFault(outputs, nCall, bLasting); // the libraries' own calls differ a little
                 ++nRuns;
             }
-        std::printf("%s: %ld calls, one in %ld tried\n", GetParam().szKind, nCalls, nStep);
+        std::printf("%s: %ld calls, one in %ld tried; %d crashes\n", GetParam().szKind, nCalls, nStep,
+                    m_nCrashes);
     }
-    if (IsAllocation())
-        std::printf("%d runs, of which %d ended in the image library\n", nRuns, m_nCrashes);
     EXPECT_LE(m_nCrashes, nRuns / 5);
-    EXPECT_LE(nRuns * 2 / 3, nMet);
+    EXPECT_LE(nRuns / 3, nMet);
+}
+
+TEST(WithoutMemory, TheProgramStillSaysSo)
+{
+    RunOptions options;
+    options.environment = {"LD_PRELOAD=" LS_FAILING_SYSTEM, "LS_FAULT_CALL=malloc", "LS_FAULT_LASTING=1"};
+    ExpectFailure(3, "lumistrand-hdr-cli: std::bad_alloc", RunProgram({"--version"}, options));
 }

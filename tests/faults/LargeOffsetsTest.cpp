@@ -1,8 +1,6 @@
 // Pictures whose files go beyond 2 and 4 GiB, in the memory of a small one.
-#include "Util/PixelBuffer.h"
 #include "engine/HDRRoutine.h"
 #include "engine/HDRWorkspace.h"
-#include "engine/OwnedCurves.h"
 #include "tests/faults/Form.h"
 #include "tests/faults/MergeFixture.h"
 
@@ -16,48 +14,29 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Lets the peak begin anew, from what is in use.
-void ForgetPeak()
+constexpr std::int32_t WIDTH = 20'000, FEW = 4;
+
+/// What a merged picture has in its last rows.
+std::vector<float> LastRows()
 {
-    std::ofstream("/proc/self/clear_refs") << 5;
+    std::vector<float> vfRows(std::size_t{3} * WIDTH * FEW);
+    const auto nBytes = static_cast<std::streamsize>(vfRows.size() * sizeof(float));
+    std::ifstream file(FloatCachePath(), std::ios::binary);
+    file.seekg(-nBytes, std::ios::end);
+    file.read(reinterpret_cast<char*>(vfRows.data()), nBytes);
+    return file ? vfRows : std::vector<float>();
 }
 
-/// Peak of the resident memory in MiB.
-long PeakMemory()
-{
-    std::ifstream status("/proc/self/status");
-    std::string sWord;
-    while (status >> sWord && sWord != "VmHWM:") {
-    }
-    long nKilobytes = 0;
-    status >> nKilobytes;
-    return nKilobytes / 1024;
-}
-
-/// The bytes of a file's end.
-Bytes Tail(const std::string& sPath, std::size_t nBytes)
-{
-    std::ifstream file(sPath, std::ios::binary);
-    file.seekg(-static_cast<std::streamoff>(nBytes), std::ios::end);
-    Bytes bytes(nBytes);
-    file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(nBytes));
-    return file ? bytes : Bytes();
-}
-
-/// Makes each source as high as the picture: black and without a place on the disk, but for what it held,
-/// which becomes its last rows.
+/// Makes each source higher: black and without a place on the disk, but for what it held, which becomes its
+/// last rows.
 void MoveToTheEnd(const TempFolder& folder, SyntheticSeries& series, std::int32_t nHeight)
 {
-    for (std::size_t i = 0; i < series.vsFiles.size(); ++i) {
-        const std::string sPath = folder.File("plain" + std::to_string(i) + ".tmp");
-        const Bytes rows = ReadBytes(sPath);
-        const auto nBytes = std::int64_t{4} * series.nWidth * nHeight;
-        fs::resize_file(sPath, 0);
-        fs::resize_file(sPath, static_cast<std::uintmax_t>(nBytes));
-        std::fstream file(sPath, std::ios::binary | std::ios::in | std::ios::out);
-        file.seekp(static_cast<std::streamoff>(nBytes) - static_cast<std::streamoff>(rows.size()));
-        file.write(reinterpret_cast<const char*>(rows.data()), static_cast<std::streamsize>(rows.size()));
-        ASSERT_TRUE(file.good());
+    for (const char* szName : {"plain0.tmp", "plain1.tmp"}) {
+        const std::string sRows = ReadText(folder.File(szName));
+        WriteText(folder.File(szName), "");
+        fs::resize_file(folder.File(szName),
+                        std::uintmax_t{4} * WIDTH * static_cast<std::uintmax_t>(nHeight) - sRows.size());
+        std::ofstream(folder.File(szName), std::ios::binary | std::ios::app) << sRows;
     }
     series.nHeight = nHeight;
 }
@@ -67,52 +46,31 @@ void MoveToTheEnd(const TempFolder& folder, SyntheticSeries& series, std::int32_
 TEST(LargeOffsets, LastRowsAreRightAndMemoryStaysSmall)
 {
     if (!IsLongForm())
-        return; // minutes, and gigabytes on the disk
-    constexpr std::int32_t WIDTH = 20'000, FEW = 4;
+        return;                                           // minutes, and gigabytes on the disk
     for (const std::int32_t nHeight : {10'000, 20'000}) { // 200 and 400 megapixels: 2.4 and 4.8 GB of floats
         SCOPED_TRACE(nHeight);
-        const std::uintmax_t nNeeded = std::uintmax_t{36} * WIDTH * static_cast<std::uintmax_t>(nHeight);
-        if (fs::space(fs::temp_directory_path()).available < nNeeded) {
-            TellNotTried("the temporary directory has too little room for large pictures");
-            return;
-        }
+        const auto nPixels = std::uintmax_t{WIDTH} * static_cast<std::uintmax_t>(nHeight);
+        if (fs::space(fs::temp_directory_path()).available < 36 * nPixels)
+            return ReportNotTried("the temporary directory has too little room for large pictures");
         const TempFolder folder;
         SyntheticSeries series = PlainSeries(folder, WIDTH, FEW, 2);
-        const auto merge = [&series] {
-            OwnedCurves curves;
-            LoadCurves(nullptr, curves.Get());
-            ResetWorkspace();
-            const bool bMerged = MergeExposures(series.vsFiles, series.nWidth, series.nHeight,
-                                                series.vfShutters, series.vfStops, series.vfGains,
-                                                series.vfNDs, curves.Get(), nullptr, &Workspace());
-            if (bMerged)
-                curves.Release();
-            return bMerged;
-        };
-        constexpr std::size_t TAIL = std::size_t{12} * WIDTH * FEW;
-        ASSERT_TRUE(merge());
-        const Bytes expected = Tail(FloatCachePath(), TAIL);
+        ASSERT_TRUE(MergeToFile(series));
+        const std::vector<float> vfExpected = LastRows();
 
         MoveToTheEnd(folder, series, nHeight);
-        ForgetPeak();
-        ASSERT_TRUE(merge());
-        EXPECT_EQ(std::uintmax_t{12} * WIDTH * static_cast<std::uintmax_t>(nHeight),
-                  fs::file_size(FloatCachePath()));
-        EXPECT_TRUE(expected == Tail(FloatCachePath(), TAIL));
+        std::ofstream("/proc/self/clear_refs") << 5; // lets the peak begin anew
+        ASSERT_TRUE(MergeToFile(series));
+        EXPECT_EQ(12 * nPixels, fs::file_size(FloatCachePath()));
+        EXPECT_TRUE(vfExpected == LastRows());
         for (std::int32_t nFormat = 0; nFormat < 3; ++nFormat)
             EXPECT_TRUE(SaveHDRFile(folder.File("out").c_str(), nFormat, nullptr)) << nFormat;
-        const long nMerging = PeakMemory();
-        EXPECT_GT(300, nMerging) << "merging and saving hold rows";
+        EXPECT_GT(300 << 10, MemoryInUse("VmHWM:")) << "merging and saving hold rows";
 
-        ActingProgress target(1000, [] {});
-        ProgbarSetter setter = target.Setter();
         std::int32_t nWidth = 0, nMapped = 0;
-        EXPECT_TRUE(LS::Util::PixelBuffer(ToneMapFull(0, 2.2F, &nWidth, &nMapped, &setter)));
+        EXPECT_TRUE(MapWithProgress(nWidth, nMapped));
         EXPECT_EQ(nHeight, nMapped);
-        const long nPlanes = (std::int64_t{7} * WIDTH * nHeight) >> 20; // a plane of floats and the bytes
-        EXPECT_GT(nPlanes + 300, PeakMemory());
-        std::printf("%d rows: peak %ld MiB after saving, %ld after mapping\n", nHeight, nMerging,
-                    PeakMemory());
+        const auto nPlanes = static_cast<long>(7 * nPixels >> 10); // a plane of floats and the bytes
+        EXPECT_GT(nPlanes + (300 << 10), MemoryInUse("VmHWM:"));
         ResetWorkspace();
     }
 }

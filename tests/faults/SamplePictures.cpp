@@ -16,6 +16,7 @@
 
 #include <jpeglib.h> // wants the declarations of cstdio
 #include <tiffio.h>
+#include <zlib.h>
 
 namespace LS::Tests {
 
@@ -38,43 +39,22 @@ Bytes AnimatedCursor(const Bytes& cursor)
     return RiffChunk("RIFF", Joined({BytesOf("ACON"), RiffChunk("anih", header), RiffChunk("LIST", frames)}));
 }
 
-/// A chunk of an interleaved bitmap.
-Bytes IffChunk(std::string_view sName, const Bytes& content)
-{
-    return Joined({BytesOf(sName), BigEndian(content.size()), content});
-}
-
-/// An interleaved bitmap of one plane and two colours, unpacked.
-Bytes InterleavedBitmap()
-{
-    const Bytes header{0, 16, 0, 8, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 1, 1, 0, 16, 0, 8};
-    return IffChunk(
-        "FORM", Joined({BytesOf("ILBM"), IffChunk("BMHD", header),
-                        IffChunk("CMAP", {10, 20, 30, 200, 210, 220}), IffChunk("BODY", Bytes(16, 0x5A))}));
-}
-
 struct TiffKind {
     const char* szName;
     std::uint16_t nCompression, nBits, nSamples, nPhotometric;
     bool bTiled = false;
-    bool bPlanes = false; // each channel by itself
     const char* szMode = "w";
 };
 
 constexpr TiffKind TIFF_KINDS[] = {
     {"none.tif", COMPRESSION_NONE, 8, 3, PHOTOMETRIC_RGB},
-    {"big-endian.tif", COMPRESSION_NONE, 16, 3, PHOTOMETRIC_RGB, false, false, "wb"},
-    {"lzw.tif", COMPRESSION_LZW, 8, 3, PHOTOMETRIC_RGB},
+    {"big-endian.tif", COMPRESSION_NONE, 16, 3, PHOTOMETRIC_RGB, false, "wb"},
     {"deflate.tif", COMPRESSION_ADOBE_DEFLATE, 8, 4, PHOTOMETRIC_RGB},
     {"packbits.tif", COMPRESSION_PACKBITS, 8, 1, PHOTOMETRIC_MINISBLACK},
     {"jpeg.tif", COMPRESSION_JPEG, 8, 3, PHOTOMETRIC_YCBCR},
-    {"fax3.tif", COMPRESSION_CCITTFAX3, 1, 1, PHOTOMETRIC_MINISWHITE},
     {"fax4.tif", COMPRESSION_CCITTFAX4, 1, 1, PHOTOMETRIC_MINISWHITE},
     {"tiles.tif", COMPRESSION_LZW, 8, 3, PHOTOMETRIC_RGB, true},
-    {"planes.tif", COMPRESSION_LZW, 8, 3, PHOTOMETRIC_RGB, false, true},
-    {"palette.tif", COMPRESSION_NONE, 4, 1, PHOTOMETRIC_PALETTE},
-    {"cmyk.tif", COMPRESSION_NONE, 8, 4, PHOTOMETRIC_SEPARATED},
-    {"big.tif", COMPRESSION_LZW, 8, 3, PHOTOMETRIC_RGB, false, false, "w8"},
+    {"big.tif", COMPRESSION_LZW, 8, 3, PHOTOMETRIC_RGB, false, "w8"},
 };
 
 void SetTags(TIFF* pTiff, const TiffKind& kind)
@@ -84,16 +64,10 @@ void SetTags(TIFF* pTiff, const TiffKind& kind)
     TIFFSetField(pTiff, TIFFTAG_BITSPERSAMPLE, kind.nBits);
     TIFFSetField(pTiff, TIFFTAG_SAMPLESPERPIXEL, kind.nSamples);
     TIFFSetField(pTiff, TIFFTAG_PHOTOMETRIC, kind.nPhotometric);
-    TIFFSetField(pTiff, TIFFTAG_PLANARCONFIG, kind.bPlanes ? PLANARCONFIG_SEPARATE : PLANARCONFIG_CONTIG);
+    TIFFSetField(pTiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
     TIFFSetField(pTiff, TIFFTAG_COMPRESSION, kind.nCompression);
     if (kind.nCompression == COMPRESSION_JPEG)
         TIFFSetField(pTiff, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
-    if (kind.nPhotometric == PHOTOMETRIC_PALETTE) {
-        std::uint16_t table[16];
-        for (std::uint16_t i = 0; i < 16; ++i)
-            table[i] = static_cast<std::uint16_t>(4000 * i);
-        TIFFSetField(pTiff, TIFFTAG_COLORMAP, table, table, table);
-    }
     if (kind.bTiled) {
         TIFFSetField(pTiff, TIFFTAG_TILEWIDTH, 16);
         TIFFSetField(pTiff, TIFFTAG_TILELENGTH, 16);
@@ -126,23 +100,41 @@ Bytes Tiff(const TiffKind& kind)
     return ReadBytes(sPath);
 }
 
-wxImage Picture()
-{
-    wxImage image(WIDTH, HEIGHT);
-    for (int y = 0; y < HEIGHT; ++y)
-        for (int x = 0; x < WIDTH; ++x)
-            image.SetRGB(x, y, Level(x, y), Level(y, x), Level(x, x));
-    return image;
-}
-
 Bytes Png(int nFormat, int nBits, bool bAlpha)
 {
-    wxImage image = nFormat == wxPNG_TYPE_PALETTE ? BlockPicture(WIDTH, HEIGHT) : Picture();
+    wxImage image = BlockPicture(WIDTH, HEIGHT);
     if (bAlpha)
         image.InitAlpha();
     image.SetOption(wxIMAGE_OPTION_PNG_FORMAT, nFormat);
     image.SetOption(wxIMAGE_OPTION_PNG_BITDEPTH, nBits);
     return Encoded(image, wxBITMAP_TYPE_PNG);
+}
+
+constexpr std::size_t MEGABYTE = std::size_t{1} << 20;
+
+/// A packed megabyte of zeros that may stand again and again: no piece refers to the one before.
+struct PackedZeros {
+    Bytes first, next;
+};
+
+PackedZeros PackZeros()
+{
+    Bytes zeros(MEGABYTE);
+    z_stream stream{};
+    if (deflateInit(&stream, Z_BEST_COMPRESSION) != Z_OK)
+        throw std::runtime_error("nothing can be packed");
+    PackedZeros packed;
+    for (Bytes* const pPiece : {&packed.first, &packed.next}) {
+        pPiece->resize(MEGABYTE);
+        stream.next_in = zeros.data();
+        stream.avail_in = static_cast<uInt>(zeros.size());
+        stream.next_out = pPiece->data();
+        stream.avail_out = static_cast<uInt>(pPiece->size());
+        deflate(&stream, Z_FULL_FLUSH);
+        pPiece->resize(pPiece->size() - stream.avail_out);
+    }
+    deflateEnd(&stream);
+    return packed;
 }
 
 } // namespace
@@ -164,7 +156,6 @@ Bytes Jpeg(const JpegLayout& layout)
     if (layout.bProgressive)
         jpeg_simple_progression(&info);
     info.arith_code = layout.bArithmetic ? TRUE : FALSE;
-    info.restart_interval = static_cast<unsigned>(layout.nRestart);
     jpeg_start_compress(&info, TRUE);
     Bytes row(static_cast<std::size_t>(layout.nWidth) * static_cast<std::size_t>(layout.nChannels));
     for (int y = 0; y < layout.nHeight; ++y) {
@@ -196,19 +187,26 @@ Bytes JpegOfManyScans(int nWidth, int nHeight, int nScans)
     return file;
 }
 
+Bytes PngOfTooMuch(int nMegabytes)
+{
+    const PackedZeros packed = PackZeros();
+    Bytes chunk = Joined({BytesOf("IDAT"), packed.first});
+    for (int i = 1; i < nMegabytes; ++i)
+        Append(chunk, packed.next);
+
+    const Bytes file = Encoded(wxImage(64, 64), wxBITMAP_TYPE_PNG);
+    const auto place = [&file](std::string_view sName) {
+        return file.begin() + static_cast<std::ptrdiff_t>(Find(file, BytesOf(sName)) - 4);
+    };
+    const auto nCheckSum = crc32(0, chunk.data(), static_cast<uInt>(chunk.size()));
+    return Joined({Bytes(file.begin(), place("IDAT")), BigEndian(chunk.size() - 4), chunk,
+                   BigEndian(nCheckSum), Bytes(place("IEND"), file.end())});
+}
+
 std::vector<SamplePicture> SamplePictures()
 {
-    const wxImage picture = Picture(), blocks = BlockPicture(WIDTH, HEIGHT);
+    const wxImage picture = BlockPicture(WIDTH, HEIGHT);
     std::vector<SamplePicture> vPictures{
-        {"picture.bmp", Encoded(picture, wxBITMAP_TYPE_BMP)},
-        {"picture.gif", Encoded(blocks, wxBITMAP_TYPE_GIF)},
-        {"picture.ico", Encoded(picture, wxBITMAP_TYPE_ICO)},
-        {"picture.cur", Encoded(picture, wxBITMAP_TYPE_CUR)},
-        {"picture.pnm", Encoded(picture, wxBITMAP_TYPE_PNM)},
-        {"picture.pcx", Encoded(picture, wxBITMAP_TYPE_PCX)},
-        {"picture.tga", Encoded(picture, wxBITMAP_TYPE_TGA)},
-        {"picture.xpm", Encoded(blocks, wxBITMAP_TYPE_XPM)},
-        {"picture.iff", InterleavedBitmap()},
         {"picture.ani", AnimatedCursor(Encoded(picture, wxBITMAP_TYPE_CUR))},
         {"picture.png", Png(wxPNG_TYPE_COLOUR, 8, false)},
         {"deep.png", Png(wxPNG_TYPE_COLOUR, 16, true)},
@@ -219,8 +217,14 @@ std::vector<SamplePicture> SamplePictures()
         {"arithmetic.jpg", Jpeg({.bArithmetic = true})},
         {"grey.jpg", Jpeg({.nChannels = 1})},
         {"cmyk.jpg", Jpeg({.nChannels = 4})},
-        {"restart.jpg", Jpeg({.bProgressive = true, .nRestart = 2})},
     };
+    const std::pair<const char*, wxBitmapType> written[] = {
+        {"picture.bmp", wxBITMAP_TYPE_BMP}, {"picture.gif", wxBITMAP_TYPE_GIF},
+        {"picture.ico", wxBITMAP_TYPE_ICO}, {"picture.pnm", wxBITMAP_TYPE_PNM},
+        {"picture.pcx", wxBITMAP_TYPE_PCX}, {"picture.tga", wxBITMAP_TYPE_TGA},
+        {"picture.xpm", wxBITMAP_TYPE_XPM}};
+    for (const auto& [szName, type] : written)
+        vPictures.push_back({szName, Encoded(picture, type)});
     for (const TiffKind& kind : TIFF_KINDS)
         vPictures.push_back({kind.szName, Tiff(kind)});
     return vPictures;

@@ -22,11 +22,13 @@ struct JpegLayout {
     bool bProgressive = false;
     bool bArithmetic = false;
     int nChannels = 3; ///< 1: grey, 4: CMYK
-    int nRestart = 0;  ///< blocks between restart markers
 };
 Bytes Jpeg(const JpegLayout& layout);
 
 /// A JPEG whose refining scan of one channel stands there again and again, each without any data.
 Bytes JpegOfManyScans(int nWidth, int nHeight, int nScans);
+
+/// A PNG of a few pixels, and of far more data.
+Bytes PngOfTooMuch(int nMegabytes);
 
 } // namespace LS::Tests

@@ -100,8 +100,7 @@ int FuzzExif(const std::uint8_t* pData, std::size_t nBytes)
     try {
         Exiv2::ExifData tags;
         ReadExifThumbnail(wxString::FromUTF8(file.Path()), tags, sReason);
-    } catch (const std::exception&) {
-        return 0; // a file that the library can't read
+    } catch (const std::exception&) { // a file that the library can't read
     }
     return 0;
 }

@@ -5,7 +5,6 @@
 #include "app/Language.h"
 #include "app/LanguageTable.h"
 #include "frame/FileDialogs.h"
-#include "frame/JobProgress.h"
 #include "frame/LumiStrandHDRFrm.h"
 #include "frame/Messages.h"
 #include "tests/locale/VisibleTexts.h"
@@ -23,7 +22,7 @@
 #include <string>
 #include <utility>
 
-#include <wx/aui/auibook.h>
+#include <wx/app.h>
 #include <wx/button.h>
 #include <wx/choice.h>
 #include <wx/filefn.h>
@@ -72,13 +71,17 @@ void ReadFrame(Reader& reader, LumiStrandHDRFrm& frame)
 {
     ShowAndWait(frame);
     reader.Read();
-    for (wxWindow* const child : frame.GetChildren())
-        if (auto* const pages = dynamic_cast<wxAuiNotebook*>(child))
-            pages->SetSelection(1);
-    Pump();
-    reader.Read();
-    JobProgress job(&frame, wxGetTranslation("Saving Image"));
-    Report(&job.Setter(), 50);
+    const TempFolder folder;
+    const wxString photograph = folder.File("a.jpg");
+    wxImage(64, 48).SaveFile(photograph, wxBITMAP_TYPE_JPEG);
+    frame.AddFiles(wxArrayString(1, &photograph));
+    const auto readJob = [&reader](wxIdleEvent& event) {
+        event.Skip();
+        reader.Read();
+    };
+    wxTheApp->Bind(wxEVT_IDLE, readJob);
+    frame.ProcessCommand(ID_CREATE_HDR);
+    wxTheApp->Unbind(wxEVT_IDLE, readJob);
     reader.Read();
 }
 

@@ -26,6 +26,7 @@ cmp "$work/unpacked.hdr" "$work/built.hdr"
 gzip -t "$prefix"/share/man/man1/*.gz
 desktop="$prefix/share/applications/lumistrand.desktop"
 [ -x "$prefix/bin/$(sed -n 's/^Exec=\([^ ]*\).*/\1/p' "$desktop")" ]
+grep -q '^Exec=.* %F$' "$desktop" # takes the photographs that are opened with it
 [ -f "$prefix/share/icons/hicolor/48x48/apps/$(sed -n 's/^Icon=//p' "$desktop").png" ]
 
 # The Debian package: libraries as the linker sees them, files of root that only root may write.

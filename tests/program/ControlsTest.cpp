@@ -85,30 +85,6 @@ std::vector<wxImage> Walk(const WindowProgram& program)
 
 } // namespace
 
-TEST(Controls, NothingIsWrittenToTheErrorStream)
-{
-    for (const char* szScale : {"1", "2"}) {
-        SCOPED_TRACE(szScale);
-        WindowProgram program;
-        program.Set("GDK_SCALE", szScale);
-        ASSERT_TRUE(program.StartToMainWindow());
-        ASSERT_TRUE(PressKeysIn(FRAME_TITLE, {"ctrl+q"}));
-        EXPECT_EQ(0, program.WaitForExit());
-        EXPECT_EQ("", program.Output());
-    }
-}
-
-TEST(Controls, EscapeClosesTheAboutWindow)
-{
-    WindowProgram program;
-    ASSERT_TRUE(program.StartWithSeries(640, 480));
-    PressKeys({"alt+h", "Down", "Return"});
-    ASSERT_TRUE(WaitForWindow(SPLASH_TITLE));
-    ASSERT_TRUE(PressKeysIn(SPLASH_TITLE, {"Escape"}));
-    EXPECT_TRUE(WaitUntilGone(SPLASH_TITLE));
-    EXPECT_TRUE(program.IsRunning());
-}
-
 TEST(Controls, ANotchOfTheWheelMakesThePreviewAnew)
 {
     WindowProgram program;
@@ -162,4 +138,7 @@ TEST(Controls, PicturesAreSharpAtScale2)
             nEdges += std::abs(shown.GetRed(x, 0) - shown.GetRed(x - 1, 0)) > 200;
         return nEdges > shown.GetWidth() * 9 / 10; // the frame takes a little of the width
     }));
+    ASSERT_TRUE(PressKeysIn(FRAME_TITLE, {"ctrl+q"}));
+    EXPECT_EQ(0, program.WaitForExit());
+    EXPECT_EQ("", program.Output());
 }

@@ -257,17 +257,12 @@ OtherProgram::~OtherProgram()
     XCloseDisplay(static_cast<Display*>(m_display));
 }
 
-wxImage ScreenPicture()
-{
-    return ScreenPicture({});
-}
-
 wxImage ScreenPicture(const wxRect& part)
 {
     const auto display = OpenDisplay();
     const int nScreen = DefaultScreen(display.get());
     const wxRect all(0, 0, DisplayWidth(display.get(), nScreen), DisplayHeight(display.get(), nScreen));
-    const wxRect shown = part.IsEmpty() ? all : part.Intersect(all);
+    const wxRect shown = part.Intersect(all);
     const std::unique_ptr<XImage, int (*)(XImage*)> pixels(
         XGetImage(display.get(), RootWindow(display.get(), nScreen), shown.x, shown.y,
                   static_cast<unsigned>(shown.width), static_cast<unsigned>(shown.height), AllPlanes,

@@ -78,8 +78,7 @@ private:
     void* m_display; ///< of the X library
 };
 
-/// What the screen shows, or a part of it.
-wxImage ScreenPicture();
+/// What a part of the screen shows.
 wxImage ScreenPicture(const wxRect& part);
 
 } // namespace LS::Tests

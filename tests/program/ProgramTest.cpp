@@ -1,5 +1,5 @@
 // The whole program under the eyes of a user: it starts, takes arguments, works by keys, and leaves nothing.
-#include "tests/cli/Photographs.h"
+#include "tests/program/Waiting.h"
 #include "tests/program/WindowProgram.h"
 
 #include <gmock/gmock.h>
@@ -11,7 +11,6 @@
 
 using namespace LS::Tests;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 namespace fs = std::filesystem;
 
@@ -19,26 +18,22 @@ namespace {
 
 constexpr int FAILED_START = 255;
 
-void ExpectNothingLeft(const WindowProgram& program)
-{
-    EXPECT_THAT(program.LocksAndSockets(), IsEmpty());
-    EXPECT_THAT(program.CacheFiles(), IsEmpty());
-}
-
 } // namespace
 
-TEST(Program, StartsAndEndsWithoutATrace)
+TEST(Program, StartsAndEndsWithoutATraceInAnyFolder)
 {
-    WindowProgram program;
-    ASSERT_TRUE(program.StartToMainWindow());
+    const std::string sName = "größe Фото \xf0\x9f\x93\xb7 \xe5\x86\x99\xe7\x9c\x9f";
+    WindowProgram program(sName, "home of " + sName);
+    ASSERT_TRUE(program.StartToMainWindow({"--version"})); // which starts it as usual
     EXPECT_FALSE(IsOnScreen(SPLASH_TITLE));
     EXPECT_FALSE(program.LocksAndSockets().empty());
     PressKeys({"ctrl+q"});
-    EXPECT_EQ(0, program.WaitForExit()) << program.Output();
+    EXPECT_EQ(0, program.WaitForExit());
+    EXPECT_EQ("", program.Output());
     EXPECT_TRUE(fs::exists(program.File("HDRLog.log")));
     EXPECT_EQ("", program.Log());
-    EXPECT_THAT(ReadText(program.File("lsConfigHDR.xml")), HasSubstr("Version=\"6\""));
-    ExpectNothingLeft(program);
+    EXPECT_THAT(ReadText(program.File("lsConfigHDR.xml")), HasSubstr(sName));
+    program.ExpectNothingLeft();
 }
 
 TEST(Program, TheSplashEndsByItself)
@@ -51,107 +46,50 @@ TEST(Program, TheSplashEndsByItself)
     EXPECT_FALSE(IsOnScreen(SPLASH_TITLE));
 }
 
-TEST(Program, VersionOptionsStartItAsUsual)
-{
-    for (const char* szOption : {"-V", "--version"}) {
-        SCOPED_TRACE(szOption);
-        WindowProgram program;
-        EXPECT_TRUE(program.StartToMainWindow({szOption}));
-        PressKeys({"ctrl+q"});
-        EXPECT_EQ(0, program.WaitForExit());
-    }
-}
-
 TEST(Program, HelpAndUnknownOptionsShowTheUsageAndEndIt)
 {
-    for (const char* szOption : {"--help", "-h", "--no-such-option"}) {
-        SCOPED_TRACE(szOption);
-        const bool bHelp = szOption != std::string("--no-such-option");
+    const struct {
+        const char* szOption;
+        int nCode;
+    } cases[] = {{"--help", 0}, {"-h", 0}, {"--no-such-option", FAILED_START}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.szOption);
         WindowProgram program;
-        program.Start({szOption});
-        if (!bHelp) {
+        program.Start({c.szOption});
+        if (c.nCode != 0) {
             ASSERT_TRUE(WaitForWindow(SPLASH_TITLE));
             ClickWindow(SPLASH_TITLE);
         }
-        EXPECT_EQ(bHelp ? 0 : FAILED_START, program.WaitForExit());
-        EXPECT_THAT(program.Output(), HasSubstr("show version information"));
+        EXPECT_EQ(c.nCode, program.WaitForExit());
         EXPECT_THAT(program.Output(), HasSubstr("[url(s)...]"));
-        ExpectNothingLeft(program);
+        program.ExpectNothingLeft();
     }
 }
 
-TEST(Program, OnlyPathsOfTheLastArgumentAreLoaded)
-{
-    struct Case {
-        std::vector<std::string> vsArguments;
-        std::size_t nImages;
-    };
-    // Each photograph that isn't there leaves lines in the log, and the first is asked for on the screen.
-    const Case cases[] = {
-        {{"x|/no/a.jpg|/no/b.jpg"}, 2}, {{"|/no/a.jpg"}, 1}, {{"/no/a.jpg"}, 0}, {{"x|"}, 0},
-        {{"x|/no/a.jpg", "y"}, 0},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::PrintToString(c.vsArguments));
-        WindowProgram program;
-        ASSERT_TRUE(program.StartToMainWindow(c.vsArguments));
-        if (c.nImages > 0) {
-            ASSERT_TRUE(WaitForWindow(SPLASH_TITLE))
-                << "the box that a photograph doesn't exist has this title";
-            PressKeys({"Return"});
-            EXPECT_TRUE(WaitUntilGone(SPLASH_TITLE));
-        }
-        PressKeys({"ctrl+q"});
-        EXPECT_EQ(0, program.WaitForExit());
-        std::size_t nFaults = 0;
-        for (const std::string& sLine : program.LogLines())
-            nFaults += sLine.ends_with(": Error: Exif error!");
-        EXPECT_EQ(c.nImages, nFaults) << program.Log();
-    }
-}
-
-TEST(Program, AMessageWaitsForTheWindowToStandInItsPlace)
+TEST(Program, FilesOfTheCommandLineComeWhenTheWindowStandsInItsPlace)
 {
     WindowProgram program;
-    ASSERT_TRUE(program.StartToMainWindow());
+    ASSERT_TRUE(program.StartToMainWindow({"/no/a.jpg"})); // no list of paths
     const wxRect place = PlaceOf(FRAME_TITLE);
     PressKeysIn(FRAME_TITLE, {"ctrl+q"});
     ASSERT_EQ(0, program.WaitForExit());
+    EXPECT_EQ("", program.Log());
 
-    ASSERT_TRUE(program.StartToMainWindow({"x|/no/such.jpg"}));
-    ASSERT_TRUE(WaitForWindow(SPLASH_TITLE)) << "the message";
+    ASSERT_TRUE(program.StartToMainWindow({"x|/no/a.jpg|/no/b.jpg"}));
+    ASSERT_TRUE(WaitForWindow(SPLASH_TITLE)) << "the message that the selected one isn't there";
     EXPECT_EQ(place, PlaceOf(FRAME_TITLE));
     EXPECT_TRUE(place.Contains(PlaceOf(SPLASH_TITLE)));
-    PressKeysIn(SPLASH_TITLE, {"Return"});
-    ASSERT_TRUE(WaitUntilActive(FRAME_TITLE));
-    EXPECT_EQ(place, PlaceOf(FRAME_TITLE));
-}
-
-TEST(Program, FoldersMayHaveAnyName)
-{
-    for (const char* szName : {"größe", "Фото", "\xf0\x9f\x93\xb7 \xe5\x86\x99\xe7\x9c\x9f"}) {
-        SCOPED_TRACE(szName);
-        WindowProgram program(szName, std::string("home ") + szName);
-        ASSERT_TRUE(program.StartToMainWindow());
-        PressKeysIn(FRAME_TITLE, {"ctrl+q"});
-        EXPECT_EQ(0, program.WaitForExit());
-        EXPECT_EQ("", program.Log());
-        EXPECT_THAT(ReadText(program.File("lsConfigHDR.xml")), HasSubstr(szName));
-        ExpectNothingLeft(program);
-    }
-}
-
-TEST(Program, ALogLineTellsTimeAndLevel)
-{
-    WindowProgram program;
-    ASSERT_TRUE(program.StartToMainWindow({"x|/no/such.jpg"}));
-    ASSERT_TRUE(WaitForWindow(SPLASH_TITLE));
+    // Each missing photograph leaves lines in the log at once: nothing may be lost in a crash.
     const std::regex form("[01]\\d/[0-3]\\d/20\\d\\d [0-2]\\d:[0-5]\\d:[0-5]\\d: Error: .*");
-    ASSERT_FALSE(program.LogLines().empty()) << "nothing may be lost in a crash";
     for (const std::string& sLine : program.LogLines()) {
         EXPECT_TRUE(std::regex_match(sLine, form)) << sLine;
         EXPECT_THAT(program.Output(), HasSubstr(sLine)) << "each message reaches the error stream too";
     }
+    for (const char* const szPath : {"/no/a.jpg", "/no/b.jpg"})
+        EXPECT_THAT(program.Log(), HasSubstr("reading the exposure: " + std::string(szPath)));
+    PressKeysIn(SPLASH_TITLE, {"Return"});
+    ASSERT_TRUE(WaitUntilActive(FRAME_TITLE));
+    EXPECT_EQ(place, PlaceOf(FRAME_TITLE));
 }
 
 TEST(Program, SettingsThatCannotBeWrittenEndTheStartWithAMessage)
@@ -160,11 +98,10 @@ TEST(Program, SettingsThatCannotBeWrittenEndTheStartWithAMessage)
     fs::create_directories(program.File("lsConfigHDR.xml/not empty"));
     WriteText(program.File("HDRLog.log"), "of the last run\n");
     program.Start();
-    ASSERT_TRUE(WaitForWindow("^Tolvanic Lumistrand Error$"));
-    PressKeys({"Return"});
+    ASSERT_TRUE(PressKeysIn("^Tolvanic Lumistrand Error$", {"Return"}));
     EXPECT_EQ(FAILED_START, program.WaitForExit());
     EXPECT_EQ("of the last run\n", program.Log());
-    ExpectNothingLeft(program);
+    program.ExpectNothingLeft();
 }
 
 TEST(Program, AnotherThingInPlaceOfTheLogKeepsNobodyFromWorking)
@@ -174,6 +111,22 @@ TEST(Program, AnotherThingInPlaceOfTheLogKeepsNobodyFromWorking)
     ASSERT_TRUE(program.StartToMainWindow());
     PressKeys({"ctrl+q"});
     EXPECT_EQ(0, program.WaitForExit());
+}
+
+TEST(Program, HelpOpensInTheBrowser)
+{
+    WindowProgram program;
+    const std::string sOpened = program.Folder().File("opened");
+    fs::create_directory(program.File("help"));
+    WriteText(program.File("help/Lumistrand6_help.htm"), "<html></html>");
+    fs::create_directories(program.Home() + "/.local/share/applications");
+    WriteText(program.Home() + "/.local/share/applications/browser.desktop",
+              "[Desktop Entry]\nType=Application\nName=Browser\nExec=cp %f " + sOpened + "\n");
+    WriteText(program.Home() + "/.local/share/applications/mimeapps.list",
+              "[Default Applications]\ntext/html=browser.desktop\n");
+    ASSERT_TRUE(program.StartToMainWindow());
+    ASSERT_TRUE(PressKeysIn(FRAME_TITLE, {"F1"}));
+    EXPECT_TRUE(Becomes([&] { return ReadText(sOpened) == "<html></html>"; }));
 }
 
 TEST(Program, MergesByKeysAndAsksBeforeTheResultIsLost)
@@ -193,5 +146,5 @@ TEST(Program, MergesByKeysAndAsksBeforeTheResultIsLost)
     ASSERT_TRUE(PressKeysIn(SPLASH_TITLE, {"alt+n"}));
     EXPECT_EQ(0, program.WaitForExit());
     EXPECT_EQ("", program.Log());
-    ExpectNothingLeft(program);
+    program.ExpectNothingLeft();
 }

@@ -5,6 +5,8 @@
 #include "tests/program/Waiting.h"
 #include "tests/support/TestProcess.h"
 
+#include <gmock/gmock.h>
+
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -186,6 +188,12 @@ std::vector<std::string> WindowProgram::LocksAndSockets() const
             if (entry.is_socket() || entry.path().filename().string().starts_with("LumiStrandHDR-"))
                 vsNames.push_back(entry.path().filename());
     return vsNames;
+}
+
+void WindowProgram::ExpectNothingLeft() const
+{
+    EXPECT_THAT(LocksAndSockets(), testing::IsEmpty());
+    EXPECT_THAT(CacheFiles(), testing::IsEmpty());
 }
 
 } // namespace LS::Tests

@@ -97,6 +97,9 @@ public:
     /// What the single-instance service keeps while the program runs, and leaves only if it crashes.
     std::vector<std::string> LocksAndSockets() const;
 
+    /// Fails the test if there are such or files in the cache folder.
+    void ExpectNothingLeft() const;
+
 private:
     TempFolder m_folder;
     std::string m_sFolder, m_sHome;

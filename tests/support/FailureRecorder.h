@@ -4,6 +4,7 @@
 #include "Util/FailureLog.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace LS::Tests {
@@ -11,10 +12,13 @@ namespace LS::Tests {
 /// Takes the place of the log as long as it lives.
 class FailureRecorder {
 public:
-    FailureRecorder();
+    FailureRecorder()
+        : m_previous(Util::SetFailureSink([this](const std::string& sLine) { m_vsLines.push_back(sLine); }))
+    {
+    }
     FailureRecorder(const FailureRecorder&) = delete;
     FailureRecorder& operator=(const FailureRecorder&) = delete;
-    ~FailureRecorder();
+    ~FailureRecorder() { Util::SetFailureSink(std::move(m_previous)); }
 
     const std::vector<std::string>& Lines() const { return m_vsLines; }
 

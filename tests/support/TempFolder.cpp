@@ -36,10 +36,10 @@ std::wstring TempFolder::WideFile(std::string_view sName) const
     return Util::WidePath(File(sName));
 }
 
-std::vector<std::string> TempFolder::Names() const
+std::vector<std::string> NamesIn(const std::string& sFolder)
 {
     std::vector<std::string> vNames;
-    for (const fs::directory_entry& entry : fs::directory_iterator(m_sPath))
+    for (const fs::directory_entry& entry : fs::directory_iterator(sFolder))
         vNames.push_back(entry.path().filename().native());
     std::sort(vNames.begin(), vNames.end());
     return vNames;

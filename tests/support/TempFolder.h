@@ -9,6 +9,9 @@ namespace LS::Tests {
 
 using Bytes = std::vector<unsigned char>;
 
+/// What a folder holds, sorted, hidden files included.
+std::vector<std::string> NamesIn(const std::string& sFolder);
+
 /// Made with a unique name, and removed with all that it holds.
 class TempFolder {
 public:
@@ -20,7 +23,7 @@ public:
     const std::string& Path() const { return m_sPath; } ///< without a separator at its end
     std::string File(std::string_view sName) const;     ///< a path in this folder
     std::wstring WideFile(std::string_view sName) const;
-    std::vector<std::string> Names() const; ///< what it holds, sorted, hidden files included
+    std::vector<std::string> Names() const { return NamesIn(m_sPath); }
 
 private:
     std::string m_sPath;
