@@ -12,7 +12,7 @@ LS_SYSROOT=$ROOT/build/arm64-root
 export LS_SYSROOT
 
 unpack_libraries() {
-    local package packages="g++ locales" library
+    local package packages="g++ locales" library link
     for package in $BUILD_PACKAGES $TEST_PACKAGES; do
         case $package in *-dev) packages+=" $package" ;; esac
     done
@@ -21,6 +21,9 @@ unpack_libraries() {
     # shellcheck source=/dev/null
     mmdebstrap --quiet --variant=extract --architectures=arm64 --include="$packages" \
         "$(. /etc/os-release && printf '%s' "$VERSION_CODENAME")" "$LS_SYSROOT.new"
+    find "$LS_SYSROOT.new" -type l -lname '/*' | while IFS= read -r link; do
+        ln -sfr "$LS_SYSROOT.new$(readlink "$link")" "$link" # it would lead out of there
+    done
     # What the package's own script would link.
     for library in libopenblas.so libopenblas.so.0 libblas.so.3 liblapack.so.3; do
         ln -s "openblas-pthread/$library" "$LS_SYSROOT.new/usr/lib/aarch64-linux-gnu/$library"

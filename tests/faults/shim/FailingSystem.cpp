@@ -227,7 +227,9 @@ void* mmap(void* pAddress, std::size_t nBytes, int nProtection, int nFlags, int 
 
 int rename(const char* szFrom, const char* szTo) noexcept
 {
-    return Fails(Kind::Rename, EIO) ? -1 : static_cast<int>(::syscall(SYS_rename, szFrom, szTo));
+    return Fails(Kind::Rename, EIO)
+               ? -1
+               : static_cast<int>(::syscall(SYS_renameat2, AT_FDCWD, szFrom, AT_FDCWD, szTo, 0));
 }
 
 int renameat2(int nFrom, const char* szFrom, int nTo, const char* szTo, unsigned nFlags) noexcept
