@@ -6,7 +6,6 @@
 #include "Util/RegularFile.h"
 #include "Util/ReplacedFile.h"
 #include "Util/Utf8.h"
-#include "xml/DocumentLimits.h"
 #include "xml/XmlNodeBase.h"
 
 #include <algorithm>
@@ -26,6 +25,9 @@
 namespace LS::Xml {
 
 namespace {
+
+constexpr std::size_t MAX_DOCUMENT_BYTES = std::size_t{64} << 10; ///< the library's recursion is safe in it
+constexpr int MAX_LEVELS = 100;                                   ///< as ours is; the root is the first
 
 constexpr const char* LOADING = "loading an XML file";
 constexpr const char* UNKNOWN_NAME = "no name, or one that code page 936 can't express";
@@ -59,7 +61,7 @@ std::string LibraryText(std::wstring text)
     return Util::ToUtf8(text);
 }
 
-/// What the library would write to a file; empty if there is no memory for it.
+/// What the library would write to a file; empty if there is no memory for it or too much for a later load.
 std::string DocumentBytes(const TiXmlDocument& document)
 {
     char* pBytes = nullptr;
@@ -70,7 +72,17 @@ std::string DocumentBytes(const TiXmlDocument& document)
     const bool bWritten = document.SaveFile(pStream);
     const bool bClosed = std::fclose(pStream) == 0;
     const std::unique_ptr<char, decltype(&std::free)> bytes(pBytes, &std::free);
-    return bWritten && bClosed ? std::string(pBytes, nBytes) : std::string();
+    const bool bReadable = nBytes <= MAX_DOCUMENT_BYTES;
+    return bWritten && bClosed && bReadable ? std::string(pBytes, nBytes) : std::string();
+}
+
+/// Whether any element is beyond the last level.
+bool IsTooDeep(const TiXmlElement& element, int nLevel = 1)
+{
+    bool bTooDeep = nLevel > MAX_LEVELS;
+    for (auto* p = element.FirstChildElement(); p && !bTooDeep; p = p->NextSiblingElement())
+        bTooDeep = IsTooDeep(*p, nLevel + 1);
+    return bTooDeep;
 }
 
 /// The library's own reading of a file does the same.
@@ -110,19 +122,19 @@ std::optional<std::string> ReadFile(const std::string& sFile)
     return sBytes;
 }
 
-/// Calls visit(node, level) for a tree from the top; where it gives false, what is below is left out. Trees
+/// Calls visit(node) for a tree from the top; where it gives false, what is below is left out. Trees
 /// may be too deep for a function that calls itself.
 /// @param childrenOf  gives the handles of a node's children
 template <typename Node, typename ChildrenOf, typename Visit>
 void Walk(Node& root, ChildrenOf childrenOf, Visit visit)
 {
-    std::vector<std::pair<Node*, int>> pending{{&root, 1}};
+    std::vector<Node*> pending{&root};
     while (!pending.empty()) {
-        const auto [node, level] = pending.back();
+        Node* const node = pending.back();
         pending.pop_back();
-        if (visit(*node, level))
+        if (visit(*node))
             for (const auto& child : childrenOf(*node))
-                pending.emplace_back(child.get(), level + 1);
+                pending.push_back(child.get());
     }
 }
 
@@ -133,23 +145,11 @@ bool TinyXMLImpl::IsModified(const XmlNodeBase& root)
     bool modified = false;
     Walk(
         root, [](const XmlNodeBase& node) -> const auto& { return node.children; },
-        [&modified](const XmlNodeBase& node, int) {
+        [&modified](const XmlNodeBase& node) {
             modified = modified || node.modified;
             return !modified;
         });
     return modified;
-}
-
-bool TinyXMLImpl::IsTooDeep(const XmlNodeBase& root)
-{
-    bool tooDeep = false;
-    Walk(
-        root, [](const XmlNodeBase& node) -> const auto& { return node.children; },
-        [&tooDeep](const XmlNodeBase& node, int level) {
-            tooDeep = tooDeep || (node.isElement && level > MAX_LEVELS);
-            return !tooDeep;
-        });
-    return tooDeep;
 }
 
 /// Of all that was written: nodes without a name weren't.
@@ -157,7 +157,7 @@ void TinyXMLImpl::ClearModified(XmlNodeBase& root)
 {
     Walk(
         root, [](const XmlNodeBase& node) -> const auto& { return node.children; },
-        [](XmlNodeBase& node, int) {
+        [](XmlNodeBase& node) {
             const bool written = !node.name.empty();
             node.modified = node.modified && !written;
             return written;
@@ -171,10 +171,7 @@ bool TinyXMLImpl::Save(XmlNodeBase& root)
         return Fail(SAVING, LogName(root), UNKNOWN_NAME);
     const std::string sBytes = ToString(root);
     if (sBytes.empty())
-        return Fail(SAVING, sFile, "the tree makes no document");
-    const std::string sRefusal = RefusalReason(sBytes);
-    if (!sRefusal.empty())
-        return Fail(SAVING, sFile, sRefusal);
+        return Fail(SAVING, sFile, "no document that could be loaded again");
 
     Util::ReplacedFile file(sFile);
     if (!file.IsOpen() || !file.Write(sBytes.data(), sBytes.size()) || !file.Commit())
@@ -185,14 +182,14 @@ bool TinyXMLImpl::Save(XmlNodeBase& root)
 
 std::string TinyXMLImpl::ToString(const XmlNodeBase& root)
 {
-    if (!root.isElement || root.name.empty() || IsTooDeep(root))
+    if (!root.isElement || root.name.empty())
         return {};
     TiXmlDocument document;
     document.LinkEndChild(new TiXmlDeclaration("1.0", "UTF-8", ""));
     auto* const pElement = new TiXmlElement(Util::ToUtf8(root.name));
     document.LinkEndChild(pElement); // the document deletes what is linked
     Convert(root, *pElement);
-    return DocumentBytes(document);
+    return IsTooDeep(*pElement) ? std::string() : DocumentBytes(document);
 }
 
 void TinyXMLImpl::Convert(const XmlNodeBase& node, TiXmlElement& element)
@@ -231,9 +228,10 @@ bool TinyXMLImpl::Parse(XmlNodeBase& root, const std::wstring& text)
 
 bool TinyXMLImpl::ParseBytes(XmlNodeBase& root, std::string text, const std::string& file)
 {
-    const std::string sRefusal = RefusalReason(text);
-    if (!sRefusal.empty())
-        return Fail(LOADING, file, sRefusal);
+    if (text.size() > MAX_DOCUMENT_BYTES)
+        return Fail(LOADING, file, "larger than 64 KiB");
+    if (!Util::IsUtf8(text))
+        return Fail(LOADING, file, "not UTF-8"); // the library would read past the end of half a character
 
     NormaliseLineEnds(text);
     TiXmlDocument document;
@@ -244,6 +242,8 @@ bool TinyXMLImpl::ParseBytes(XmlNodeBase& root, std::string text, const std::str
     const TiXmlElement* const pElement = document.FirstChildElement();
     if (!pElement)
         return Fail(LOADING, file, "no root element");
+    if (IsTooDeep(*pElement))
+        return Fail(LOADING, file, "too many levels");
     Fill(root, *pElement);
     return true;
 }

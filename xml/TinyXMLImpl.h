@@ -20,7 +20,6 @@ public:
     static bool Parse(XmlNodeBase& root, const std::wstring& text);
 
 private:
-    static bool IsTooDeep(const XmlNodeBase& root);
     static void ClearModified(XmlNodeBase& root);
     static bool ParseBytes(XmlNodeBase& root, std::string text, const std::string& file);
     static void Convert(const XmlNodeBase& node, TiXmlElement& element);

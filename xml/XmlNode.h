@@ -26,16 +26,8 @@ public:
     virtual NodeHandle GetChild(unsigned index) const = 0;           ///< null if out of range
     virtual NodeHandle GetChild(const std::wstring& path) const = 0; ///< null if the path leads nowhere
 
-    /// False if there is no such child. The one by path takes the name of a direct child.
-    virtual bool RemoveChild(const NodeHandle& node) = 0;
-    virtual bool RemoveChild(unsigned index) = 0;
-    virtual bool RemoveChild(const std::wstring& path) = 0;
-
     /// Appends a node. False if that very node is a child already, and on a leaf.
     virtual bool AddChild(const NodeHandle& node) = 0;
-
-    /// Inserts before a position, which may be the child count. False beyond that, and on a leaf.
-    virtual bool InsertChild(unsigned index, const NodeHandle& node) = 0;
 
     virtual std::wstring GetName() const = 0; ///< the tag, or the attribute's name
     virtual bool SetName(const std::wstring& name) = 0;
@@ -56,13 +48,13 @@ public:
 
     /// Adds what the file holds to what this node holds already, and sets its name and text.
     /// @return false if the file is missing, or broken, in which case the log has the reason: no XML, not
-    ///         UTF-8, no regular file, beyond the limits of xml/DocumentLimits.h. The node is then as before
+    ///         UTF-8, no regular file, larger than 64 KiB or of more than 100 levels. The node is then as
+    ///         before
     virtual bool Load() = 0;
 
     /// As Load, from a text.
     virtual bool Parse(const std::wstring& text) = 0;
 
-    virtual bool Reserved(const std::wstring& argument) = 0; ///< false: nothing answers to it
     virtual bool Clear() = 0; ///< removes all children; name, value and file name stay
 };
 

@@ -67,35 +67,14 @@ XmlNode::NodeHandle XmlNodeBase::GetChild(const std::wstring& path) const
     }
 }
 
-bool XmlNodeBase::RemoveChild(const NodeHandle& node)
-{
-    LS_ASSERT(node);
-    return RemoveAt(IndexOf(node));
-}
-
-bool XmlNodeBase::RemoveChild(unsigned index)
-{
-    return RemoveAt(index);
-}
-
-bool XmlNodeBase::RemoveChild(const std::wstring& path)
-{
-    return RemoveAt(IndexOfName(path));
-}
-
 bool XmlNodeBase::AddChild(const NodeHandle& node)
 {
     LS_ASSERT(node);
-    return IndexOf(node) == children.size() && InsertChild(GetChildCount(), node);
-}
-
-bool XmlNodeBase::InsertChild(unsigned index, const NodeHandle& node)
-{
-    LS_ASSERT(node);
+    const auto same = [&node](const Child& child) { return child->isSame(node.get()) != 0; };
     const Child child(node);
-    if (!isElement || index > children.size() || !child)
+    if (!isElement || !child || std::ranges::any_of(children, same))
         return false;
-    children.insert(children.begin() + static_cast<std::ptrdiff_t>(index), child);
+    children.push_back(child);
     modified = true;
     return true;
 }
@@ -152,11 +131,6 @@ bool XmlNodeBase::Parse(const std::wstring& text)
     return isElement && TinyXMLImpl::Parse(*this, text);
 }
 
-bool XmlNodeBase::Reserved(const std::wstring& /*argument*/)
-{
-    return false;
-}
-
 bool XmlNodeBase::Clear()
 {
     children.clear();
@@ -173,25 +147,10 @@ bool XmlNodeBase::Change(std::wstring& member, const std::wstring& text)
     return true;
 }
 
-std::size_t XmlNodeBase::IndexOf(const NodeHandle& node) const
-{
-    const auto same = [&node](const Child& child) { return child->isSame(node.get()) != 0; };
-    return static_cast<std::size_t>(std::find_if(children.begin(), children.end(), same) - children.begin());
-}
-
 std::size_t XmlNodeBase::IndexOfName(const std::wstring& wanted) const
 {
     const auto named = [&wanted](const Child& child) { return child->name == wanted; };
     return static_cast<std::size_t>(std::find_if(children.begin(), children.end(), named) - children.begin());
-}
-
-bool XmlNodeBase::RemoveAt(std::size_t index)
-{
-    if (index >= children.size())
-        return false;
-    children.erase(children.begin() + static_cast<std::ptrdiff_t>(index));
-    modified = true;
-    return true;
 }
 
 } // namespace LS::Xml

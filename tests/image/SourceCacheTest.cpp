@@ -31,15 +31,12 @@ TEST(SourceCacheFile, Bytes)
     wxImage alpha = CountingPicture(2, 2);
     alpha.InitAlpha();
     std::iota(alpha.GetAlpha(), alpha.GetAlpha() + 4, 200);
-    wxImage masked = CountingPicture(2, 2);
-    masked.SetMaskColour(10, 11, 12);
     const struct {
         const char* szName;
         wxImage image;
         Bytes expected;
     } cases[] = {
         {"alpha", alpha, {200, 10, 11, 12, 201, 13, 14, 15, 202, 16, 17, 18, 203, 19, 20, 21}},
-        {"a mask is no alpha", masked, {0, 10, 11, 12, 0, 13, 14, 15, 0, 16, 17, 18, 0, 19, 20, 21}},
         {"one pixel over an older, longer file", CountingPicture(1, 1), {0, 10, 11, 12}},
     };
     const TempFolder folder;
@@ -73,24 +70,13 @@ TEST(SourceCacheFile, StoppedByItsCaller)
 
 TEST(SourceCacheFile, FailureLeavesNoFileAndOneLine)
 {
-    const struct {
-        const char* szName;
-        const char* szFile;
-        wxSize size;
-        rlim_t nDisk;
-    } cases[] = {
-        {"no such folder", "no/a.tmp", {4, 4}, RLIM_INFINITY},
-        {"full while writing", "a.tmp", {300, 300}, 100'000},
-        {"full at the close", "a.tmp", {10, 10}, 100},
-    };
     const TempFolder folder;
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.szName);
+    for (const auto& [nWidth, nDisk] : {std::pair{300, 100'000U}, {10, 100U}}) { // the second at the close
         const FailureRecorder failures;
-        const ResourceLimit disk(RLIMIT_FSIZE, c.nDisk);
-        EXPECT_FALSE(WriteSourceCacheFile(CountingPicture(c.size.x, c.size.y), folder.File(c.szFile), {}));
+        const ResourceLimit disk(RLIMIT_FSIZE, nDisk);
+        EXPECT_FALSE(WriteSourceCacheFile(CountingPicture(nWidth, nWidth), folder.File("a.tmp"), {}));
         EXPECT_TRUE(folder.Names().empty());
-        EXPECT_THAT(failures.Lines(), ElementsAre(StartsWith("convert: " + folder.File(c.szFile) + ": ")));
+        EXPECT_THAT(failures.Lines(), ElementsAre(StartsWith("convert: " + folder.File("a.tmp") + ": ")));
     }
 }
 
@@ -107,41 +93,20 @@ TEST(SourceCacheFile, SizeIsLookedAtAfterTheClose)
     EXPECT_THAT(failures.Lines(), ElementsAre(HasSubstr("1000 bytes instead of 64")));
 }
 
-TEST(ConversionPercent, OfAnImage)
+TEST(ConversionPercent, OfImagesAndRows)
 {
+    EXPECT_EQ(66, ConversionPercent::Skipped(1, 3));
+    EXPECT_EQ(38, ConversionPercent::Decoded(1, 3));
     const struct {
-        std::int32_t i, nCount, nSkipped, nDecoded;
-    } cases[] = {
-        {0, 1, 100, 5},
-        {1, 3, 66, 38},
-        {6, 7, 100, 90},
-        {29, 30, 100, 101},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.i << " of " << c.nCount);
-        EXPECT_EQ(c.nSkipped, ConversionPercent::Skipped(c.i, c.nCount));
-        EXPECT_EQ(c.nDecoded, ConversionPercent::Decoded(c.i, c.nCount));
-    }
-}
-
-TEST(ConversionPercent, OfARow)
-{
-    const struct {
-        const char* szName;
         std::int32_t i, nCount, y, nHeight, nExpected;
     } cases[] = {
-        {"start of one image: 5.5 + 0.5 * 95 / 100", 0, 1, 0, 1000, 5},
-        {"5.5 + 1.5 * 0.95 = 6.925", 0, 1, 10, 1000, 6},
-        {"last row: 5.5 + 99.5 * 0.95 = 100.025", 0, 1, 999, 1000, 100},
-        {"two rows: 5.5 + 50.5 * 0.95 = 53.475", 0, 1, 1, 2, 53},
-        {"second of four: 25 + 5.5 + 50.5 * 0.2 = 40.6", 1, 4, 500, 1000, 40},
-        {"a share of 2.5 goes down: 5.5 - 99.5 * 0.025 = 3.0125", 0, 40, 99, 100, 3},
-        {"more rows than 32 bits of percents: 5.5 + 75.5 * 0.95 = 77.225", 0, 1, 75'000'000, 99'000'000, 77},
+        {0, 1, 999, 1000, 100},             // the last row: 5.5 + 99.5 * 0.95 = 100.025
+        {1, 4, 500, 1000, 40},              // the second of four: 25 + 5.5 + 50.5 * 0.2 = 40.6
+        {0, 40, 99, 100, 3},                // a share of 2.5 goes down: 5.5 - 99.5 * 0.025 = 3.0125
+        {0, 1, 75'000'000, 99'000'000, 77}, // more percents than 32 bits hold
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.szName);
-        EXPECT_EQ(c.nExpected, ConversionPercent::Row(c.i, c.nCount, c.y, c.nHeight));
-    }
+    for (const auto& c : cases)
+        EXPECT_EQ(c.nExpected, ConversionPercent::Row(c.i, c.nCount, c.y, c.nHeight)) << c.nExpected;
 }
 
 } // namespace

@@ -6,7 +6,6 @@
 #include "engine/HDRWorkspace.h"
 #include "engine/OwnedCurves.h"
 #include "engine/ResponseCurve.h"
-#include "image/ExifReader.h"
 #include "image/ImageDecoder.h"
 #include "image/SourceCache.h"
 #include "samples/CameraResponse.h"
@@ -20,7 +19,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <filesystem>
 
 namespace LS::Tests {
 
@@ -28,13 +26,7 @@ namespace {
 
 using namespace Samples;
 
-constexpr int STEP = 20;      // every 20th pixel in both directions is enough for a median
-constexpr int TOLERANCE = 12; // of a pixel value: JPEG on texture and three sigma of sensor noise
-
-std::string Photograph(const SampleExposure& frame)
-{
-    return std::string(LS_SAMPLES_FOLDER "/") + frame.fileName;
-}
+constexpr int STEP = 20; // every 20th pixel in both directions is enough for a median
 
 /// A sampled pixel and its true radiance.
 struct Sample {
@@ -74,8 +66,8 @@ protected:
         RegisterImageHandlers();
         s_pFolder = new TempFolder;
         for (const SampleExposure& frame : kSampleExposures) {
-            const DecodedImage decoded = DecodeImage(Photograph(frame));
-            ASSERT_EQ(DecodeOutcome::Decoded, decoded.outcome) << decoded.sReason;
+            const DecodedImage decoded = DecodeImage(std::string(LS_SAMPLES_FOLDER "/") + frame.fileName);
+            ASSERT_TRUE(decoded.image.IsOk()) << decoded.sReason;
             ASSERT_TRUE(WriteSourceCacheFile(decoded.image, s_pFolder->File(frame.fileName), {}));
         }
     }
@@ -105,9 +97,8 @@ protected:
     std::array<std::vector<double>, 3> MergedOverTruth(OwnedCurves& curves)
     {
         std::array<std::vector<double>, 3> avdRatios;
-        if (!MergeExposures(vsFiles, kSampleWidth, kSampleHeight, vfShutters, vfStops, vfThrees, vfThrees,
-                            curves.Get(), nullptr, &Workspace()))
-            return avdRatios;
+        EXPECT_TRUE(MergeExposures(vsFiles, kSampleWidth, kSampleHeight, vfShutters, vfStops, vfThrees,
+                                   vfThrees, curves.Get(), nullptr, &Workspace()));
         curves.Release();
         const Util::RegularFile floats("test", Util::NarrowPath(Workspace().sHDRFile), O_RDONLY);
         for (const Sample& sample : Samples()) {
@@ -123,50 +114,7 @@ protected:
     static inline TempFolder* s_pFolder = nullptr;
 };
 
-/// The median of |value / median - 1|.
-double Spread(std::vector<double> vdValues)
-{
-    const double dMedian = Median(vdValues);
-    for (double& d : vdValues)
-        d = std::fabs(d / dMedian - 1);
-    return Median(vdValues);
-}
-
 } // namespace
-
-TEST_F(SampleSeries, TellsItsExposures)
-{
-    std::uintmax_t nBytes = 0;
-    for (const SampleExposure& frame : kSampleExposures) {
-        SCOPED_TRACE(frame.fileName);
-        ExposureValues values;
-        EXPECT_EQ(ExifOutcome::Read, ReadExif(Photograph(frame), values));
-        EXPECT_EQ(kSampleWidth, values.width);
-        EXPECT_EQ(kSampleHeight, values.height);
-        EXPECT_FLOAT_EQ(static_cast<float>(frame.Seconds()), values.exposureTime);
-        EXPECT_FLOAT_EQ(static_cast<float>(kSampleFNumber), values.fNumber);
-        EXPECT_FLOAT_EQ(static_cast<float>(frame.biasHalves / 2.0), values.exposureBias);
-        nBytes += std::filesystem::file_size(Photograph(frame));
-    }
-    EXPECT_GE(3'000'000U, nBytes);
-}
-
-TEST_F(SampleSeries, IsWhatTheCameraMakesOfTheScene)
-{
-    for (const SampleExposure& frame : kSampleExposures) {
-        SCOPED_TRACE(frame.fileName);
-        const wxImage image = DecodeImage(Photograph(frame)).image;
-        std::size_t nFar = 0;
-        for (const Sample& sample : Samples()) {
-            const unsigned char* const pPixel = image.GetData() + 3 * sample.nPixel;
-            for (std::size_t c = 0; c < 3; ++c) {
-                const double dValue = Response(kChannels[c], SensorExposure(sample.radiance[c], frame));
-                nFar += std::fabs(pPixel[c] - dValue) > TOLERANCE ? 1 : 0;
-            }
-        }
-        EXPECT_LT(static_cast<double>(nFar), 0.05 * 3 * static_cast<double>(Samples().size()));
-    }
-}
 
 TEST_F(SampleSeries, MergesToTheTrueRadianceWithTheTrueCurves)
 {
@@ -181,13 +129,16 @@ TEST_F(SampleSeries, MergesToTheTrueRadianceWithTheTrueCurves)
     const double dUnits = kSensorConstant * 12.07488 / 100;
     const auto avdRatios = MergedOverTruth(curves);
     for (std::size_t c = 0; c < 3; ++c) {
-        ASSERT_FALSE(avdRatios[c].empty());
-        EXPECT_NEAR(1, Median(avdRatios[c]) / dUnits, 0.01);
-        EXPECT_LT(Spread(avdRatios[c]), 0.05); // noise and JPEG of single pixels; 0.042 in the worst channel
+        const double dMedian = Median(avdRatios[c]);
+        EXPECT_NEAR(1, dMedian / dUnits, 0.01);
+        std::vector<double> vdSpread;
+        for (const double d : avdRatios[c])
+            vdSpread.push_back(std::fabs(d / dMedian - 1));
+        EXPECT_LT(Median(vdSpread), 0.05); // noise and JPEG of single pixels; 0.042 in the worst channel
     }
 }
 
-TEST_F(SampleSeries, RecoversTheCameraAndTheRadiance)
+TEST_F(SampleSeries, RecoversTheCamera)
 {
     OwnedCurves curves;
     ASSERT_TRUE(CalculateCurves(vsFiles, kSampleWidth, kSampleHeight, vfShutters, vfStops, vfThrees, vfThrees,
@@ -203,9 +154,6 @@ TEST_F(SampleSeries, RecoversTheCameraAndTheRadiance)
         }
         EXPECT_LT(std::sqrt(dSquares / VALUES - dSum / VALUES * dSum / VALUES), 0.01); // 0.0052 at worst
     }
-    const auto avdRatios = MergedOverTruth(curves);
-    for (const std::vector<double>& vdRatios : avdRatios)
-        EXPECT_LT(Spread(vdRatios), 0.05); // 0.043, hardly more than with the true curves
 }
 
 } // namespace LS::Tests
