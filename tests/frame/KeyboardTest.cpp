@@ -85,6 +85,7 @@ TEST_F(Keyboard, TheListWorksAsListsDo)
     };
     const Case cases[] = {
         {"down", WXK_DOWN, 0, {1}, "xxx"},
+        {"to another column", WXK_RIGHT, 0, {1}, "xxx"},
         {"a path has no editor", WXK_RETURN, 0, {1}, "xxx"},
         {"a block down", WXK_DOWN, wxMOD_SHIFT, {1, 2}, "xxx"},
         {"all off", WXK_SPACE, 0, {1, 2}, "x--"},
