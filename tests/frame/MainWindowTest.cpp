@@ -2,6 +2,7 @@
 #include "tests/frame/FrameFixture.h"
 
 #include "frame/ControlRules.h"
+#include "tests/support/Pixels.h"
 
 #include <wx/choice.h>
 #include <wx/slider.h>
@@ -57,7 +58,7 @@ TEST_F(MainWindow, WalksThroughItsStates)
     EXPECT_TRUE(PreviewShows(size, 0, 2.2F));
 }
 
-TEST_F(MainWindow, ButtonsOfTheListFollowItsSelection)
+TEST_F(MainWindow, ButtonsAndThumbnailFollowTheSelectionOfTheList)
 {
     Load(Series());
     const auto buttonsThatAreOn = [this] {
@@ -76,6 +77,14 @@ TEST_F(MainWindow, ButtonsOfTheListFollowItsSelection)
         Pump(2);
         EXPECT_EQ(szOn, buttonsThatAreOn());
     }
+    const auto thumbnail = [this] { return Screenshot(Find<wxWindow>("staticPicture")); };
+    Select({0});
+    Pump(20);
+    const wxImage first = thumbnail();
+    Select({2});
+    Pump(20);
+    EXPECT_FALSE(SamePixels(first, thumbnail())) << "it follows as well";
+    Select({0, 1, 2});
     Press(wxID_REPLACE);
     EXPECT_EQ("add ", buttonsThatAreOn());
     Command(ID_CREATE_HDR); // of nothing
