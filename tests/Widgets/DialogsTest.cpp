@@ -7,7 +7,6 @@
 #include "tests/Widgets/WidgetTest.h"
 #include "tests/support/TempFolder.h"
 
-#include <wx/choice.h>
 #include <wx/translation.h>
 
 #include <filesystem>
@@ -67,13 +66,4 @@ TEST(Dialogs, OneThatWasUpBeforeIsNoticed)
     });
     dialog.ShowModal();
     EXPECT_FALSE(ModalDialogs().IsAnyUp());
-}
-
-TEST(TiffOptionsDlg, OffersDepthAndCompressions)
-{
-    const TiffOptionsDlg dialog(nullptr, wxID_ANY, "Tiff Options");
-    EXPECT_EQ(wxArrayString(1, std::vector<wxString>{"8bits"}.data()), dialog.m_bitDepthChoice->GetStrings());
-    EXPECT_EQ(wxArrayString(3, std::vector<wxString>{"None", "Deflate", "Packbits"}.data()),
-              dialog.m_compressionChoice->GetStrings());
-    EXPECT_EQ(dialog.FindWindow(wxID_OK), dialog.GetDefaultItem());
 }

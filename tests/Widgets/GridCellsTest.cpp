@@ -1,13 +1,9 @@
-// Editing and drawing in a real grid, with real keys; the texts of numbers and the place of check boxes.
+// Editing and drawing in a real grid, with real keys; the texts of numbers.
 #include "Widgets/GridCells.h"
 
-#include "Widgets/CheckBoxFit.h"
 #include "Widgets/NumberCell.h"
 #include "tests/Widgets/WidgetTest.h"
-#include "tests/support/CommaLocale.h"
-#include "tests/support/Screen.h"
-
-#include <wx/intl.h>
+#include "tests/support/Pixels.h"
 
 using namespace LS::Tests;
 
@@ -39,38 +35,6 @@ protected:
     wxGrid* m_grid = new wxGrid(m_panel, wxID_ANY, wxPoint(0, 0), wxSize(450, 200));
 };
 
-void ExpectCellTexts()
-{
-    const std::optional<wxString> REFUSED;
-    const struct {
-        const char* name;
-        const char* text;
-        float min, max;
-        std::optional<wxString> shown;
-    } cases[] = {
-        {"fraction", "1/125", 0.0005F, 16, "0.0080"},
-        {"lower limit, rounded up as a float", "1/2000", 0.0005F, 16, "0.0005"},
-        {"below", "0.00049", 0.0005F, 16, REFUSED},
-        {"above", "16.001", 0.0005F, 16, REFUSED},
-        {"below a negative limit", "-5.1", -5, 5, REFUSED},
-        {"comma", "1,4", 1, 64, "1.4000"},
-        {"commas in a fraction", "0,5/2,5", 0, 1, "0.2000"},
-        {"blanks in front", " 1/ 4", 0, 1, "0.2500"},
-        {"denominator 0", "1/0", -1, 1, REFUSED},
-        {"two slashes", "1/2/2", -1, 1, REFUSED},
-        {"slash at the end, which is no piece", "1/2/", -1, 1, "0.5000"},
-        {"empty", "", -1, 1, REFUSED},
-        {"letters behind a number", "0.5s", -1, 1, REFUSED},
-        {"not a number", "nan", -1, 1, REFUSED},
-        {"quotient too large", "1e300/1e-300", -1, std::numeric_limits<float>::max(), REFUSED},
-        {"not ASCII", "\xc2\xbd", -1, 1, REFUSED},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        EXPECT_EQ(c.shown, NumberCellText(wxString::FromUTF8(c.text), c.min, c.max));
-    }
-}
-
 } // namespace
 
 TEST_F(GridCells, AreEditedWithKeys)
@@ -83,10 +47,8 @@ TEST_F(GridCells, AreEditedWithKeys)
     } cases[] = {
         {"over the text that is there", NUMBER, true, "1/4", "0.2500"},
         {"no number", NUMBER, true, "x/4", BEFORE},
-        {"above the limit", NUMBER, true, "17", BEFORE},
         {"only looked at", NUMBER, true, "", BEFORE},
         {"the first character counts", NUMBER, false, "1/3", "0.3333"},
-        {"and that of a text", TEXT, false, "16", "16"},
         {"a list without free text", LISTED, false, "16", BEFORE},
         {"a list that was only looked at", LISTED, true, "", BEFORE},
     };
@@ -103,19 +65,6 @@ TEST_F(GridCells, AreEditedWithKeys)
     }
 }
 
-TEST_F(GridCells, NumbersLookTheSameInEveryLanguage)
-{
-    m_grid->SetCellRenderer(0, NUMBER, new lsGridCellNumberRenderer(-1, 4));
-    m_grid->SetCellValue(0, NUMBER, "0.001000");
-    const wxImage before = Look();
-    const CommaLocale comma;
-    ASSERT_TRUE(comma.IsOk());
-    const wxLocale french(wxLANGUAGE_FRENCH_FRANCE, wxLOCALE_DONT_LOAD_DEFAULT);
-    EXPECT_TRUE(SamePixels(before, Look()));
-    m_grid->SetCellValue(0, NUMBER, "0.002");
-    EXPECT_FALSE(SamePixels(before, Look()));
-}
-
 TEST_F(GridCells, CheckBoxShowsTheValue)
 {
     m_grid->SetCellRenderer(0, TEXT, new lsGridCellBoolRenderer);
@@ -126,19 +75,18 @@ TEST_F(GridCells, CheckBoxShowsTheValue)
     EXPECT_TRUE(SamePixels(empty, Look()));
 }
 
-TEST(NumberCell, TextsInEveryLocale)
+TEST(NumberCell, TextsThatAreKeptOrRefused)
 {
-    ExpectCellTexts();
-    const CommaLocale locale;
-    ASSERT_TRUE(locale.IsOk());
-    ExpectCellTexts();
-}
-
-TEST(CheckBoxRect, PlacesAndShrinks)
-{
-    const wxSize best(16, 16);
-    EXPECT_EQ(wxRect(109, 44, 14, 14), CheckBoxRect({100, 40, 30, 20}, best, wxALIGN_CENTRE));
-    EXPECT_EQ(wxRect(104, 44, 14, 14), CheckBoxRect({100, 40, 30, 20}, best, wxALIGN_LEFT));
-    EXPECT_EQ(wxRect(114, 44, 14, 14), CheckBoxRect({100, 40, 30, 20}, best, wxALIGN_RIGHT));
-    EXPECT_EQ(wxRect(), CheckBoxRect({0, 0, 4, 20}, best, wxALIGN_CENTRE)) << "no room";
+    const std::optional<wxString> REFUSED;
+    const struct {
+        const char* szText;
+        float fMin, fMax;
+        std::optional<wxString> shown;
+    } cases[] = {
+        {"1/2000", 0.0005F, 16, "0.0005"}, // the limit, rounded up as a float
+        {"0.00049", 0.0005F, 16, REFUSED}, {"16.001", 0.0005F, 16, REFUSED}, {"1,4", 1, 64, "1.4000"},
+        {" 1/ 4", 0, 1, "0.2500"},         {"1/0", -1, 1, REFUSED},          {"0.5s", -1, 1, REFUSED},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(c.shown, NumberCellText(c.szText, c.fMin, c.fMax)) << c.szText;
 }

@@ -2,7 +2,6 @@
 #include "Widgets/SashSplitter.h"
 
 #include "tests/Widgets/WidgetTest.h"
-#include "tests/support/Pixels.h"
 
 using namespace LS::Tests;
 using LS::Widgets::wxSashSplitterWindow;
@@ -36,9 +35,12 @@ TEST_F(SashSplitter, DragMovesTheSashAndKeepsTheMinimum)
     const int nSash = m_splitter->GetSashPosition();
     EXPECT_EQ(8, m_splitter->GetSashSize());
     EXPECT_EQ(128, Screenshot(*m_splitter).GetRed(20, nSash + 7)) << "the sash is grey";
-    Drag(*m_splitter, {300, nSash + 3}, {300, nSash - 37});
-    EXPECT_EQ(nSash - 40, m_splitter->GetSashPosition());
-    Drag(*m_splitter, {300, nSash - 37}, {300, 5});
+    {
+        const HeldButton hand(*m_splitter, {300, nSash + 3});
+        MoveTo(*m_splitter, {300, nSash - 37});
+        EXPECT_EQ(nSash - 40, m_splitter->GetSashPosition());
+        MoveTo(*m_splitter, {300, 5});
+    }
     EXPECT_EQ(MINIMUM, m_first->GetSize().y);
 }
 

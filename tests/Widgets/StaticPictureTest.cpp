@@ -36,9 +36,9 @@ TEST_F(StaticPicture, ShrinksAndCentres)
         wxSize image;
         wxRect shown;
     } cases[] = {
-        {"small", {40, 20}, {60, 70, 40, 20}},      {"as large", {160, 160}, {0, 0, 160, 160}},
-        {"large", {320, 240}, {0, 20, 160, 120}},   {"high", {100, 400}, {60, 0, 40, 160}},
-        {"wide only", {320, 40}, {0, 70, 160, 20}}, {"a hair that vanishes", {1000, 1}, {}},
+        {"small", {40, 20}, {60, 70, 40, 20}},
+        {"large", {320, 240}, {0, 20, 160, 120}},
+        {"high", {100, 400}, {60, 0, 40, 160}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);

@@ -1,28 +1,19 @@
-// A child process with its output caught in files.
+// Catches the output in files.
 #include "tests/cli/ProgramRun.h"
+
+#include "tests/support/Process.h"
 
 #include <algorithm>
 #include <chrono>
 #include <csignal>
-#include <fcntl.h>
 #include <fstream>
 #include <iterator>
-#include <stdexcept>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 
 namespace LS::Tests {
 
 namespace {
-
-void RedirectTo(const std::string& sPath, int nDescriptor)
-{
-    const int nFile = open(sPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    if (nFile < 0 || dup2(nFile, nDescriptor) < 0)
-        _exit(126);
-}
 
 /// As a shell sets a limit: for good.
 void Limit(__rlimit_resource nResource, long nValue)
@@ -33,53 +24,21 @@ void Limit(__rlimit_resource nResource, long nValue)
     setrlimit(nResource, &limit);
 }
 
-[[noreturn]] void BecomeProgram(const std::vector<std::string>& vsArguments, const RunOptions& options,
-                                const TempFolder& capture)
-{
-    RedirectTo(options.output.empty() ? capture.File("out") : options.output, STDOUT_FILENO);
-    RedirectTo(capture.File("err"), STDERR_FILENO);
-    if (!options.folder.empty() && chdir(options.folder.c_str()) != 0)
-        _exit(126);
-    for (const std::string& sVariable : options.environment)
-        putenv(const_cast<char*>(sVariable.c_str()));
-    Limit(RLIMIT_FSIZE, options.fileSizeLimit);
-    Limit(RLIMIT_AS, options.memoryLimit);
-    for (const int nSignal : {SIGXFSZ, SIGPIPE})
-        std::signal(nSignal, SIG_DFL); // as a shell starts it, whatever this process ignores
-    const char* const szProgram = options.program.empty() ? LS_CLI_PROGRAM : options.program.c_str();
-    std::vector<char*> vszArguments{const_cast<char*>(szProgram)};
-    for (const std::string& sArgument : vsArguments)
-        vszArguments.push_back(const_cast<char*>(sArgument.c_str()));
-    vszArguments.push_back(nullptr);
-    execv(szProgram, vszArguments.data());
-    _exit(126);
-}
-
 /// Sends the signal at its moment, and ends a process that takes too long.
-void Watch(pid_t nProcess, const RunOptions& options)
+void Watch(const Process& process, const RunOptions& options)
 {
     using Clock = std::chrono::steady_clock;
     const auto start = Clock::now();
     bool bWaits = options.when != nullptr;
-    siginfo_t info{};
-    while (waitid(P_PID, static_cast<id_t>(nProcess), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
-           info.si_pid == 0) {
-        if (bWaits && options.when(nProcess)) {
+    while (process.IsRunning()) {
+        if (bWaits && options.when(process.Id())) {
             bWaits = false;
-            kill(nProcess, options.signal);
+            process.Signal(options.signal);
         }
         if (options.timeLimit >= 0 && Clock::now() - start > std::chrono::duration<double>(options.timeLimit))
-            kill(nProcess, SIGKILL);
+            process.Signal(SIGKILL);
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
-}
-
-int WaitFor(pid_t nProcess)
-{
-    int nStatus = 0;
-    if (waitpid(nProcess, &nStatus, 0) != nProcess)
-        throw std::runtime_error("the program got lost");
-    return WIFSIGNALED(nStatus) ? 128 + WTERMSIG(nStatus) : WEXITSTATUS(nStatus);
 }
 
 } // namespace
@@ -87,14 +46,14 @@ int WaitFor(pid_t nProcess)
 ProgramRun RunProgram(const std::vector<std::string>& vsArguments, const RunOptions& options)
 {
     const TempFolder capture;
-    const pid_t nProcess = fork();
-    if (nProcess < 0)
-        throw std::runtime_error("fork");
-    if (nProcess == 0)
-        BecomeProgram(vsArguments, options, capture);
-    if (options.when || options.timeLimit >= 0)
-        Watch(nProcess, options);
-    const int nCode = WaitFor(nProcess);
+    const std::string sOutput = options.output.empty() ? capture.File("out") : options.output;
+    Process process({options.program.empty() ? LS_CLI_PROGRAM : options.program, vsArguments,
+                     options.environment, sOutput, capture.File("err"), options.folder, [&options] {
+                         Limit(RLIMIT_FSIZE, options.fileSizeLimit);
+                         Limit(RLIMIT_AS, options.memoryLimit);
+                     }});
+    Watch(process, options);
+    const int nCode = process.WaitForExit();
     return {nCode, ReadText(capture.File("out")), ReadText(capture.File("err"))};
 }
 

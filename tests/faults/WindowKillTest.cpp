@@ -1,7 +1,6 @@
 // A sudden end of the window program at any moment: the next start is like any other.
 #include "tests/cli/Photographs.h"
 #include "tests/faults/Form.h"
-#include "tests/program/Waiting.h"
 #include "tests/program/WindowProgram.h"
 #include "xml/XmlNode.h"
 

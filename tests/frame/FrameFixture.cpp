@@ -9,7 +9,7 @@
 #include "image/ImageCache.h"
 #include "tests/cli/Photographs.h"
 #include "tests/cli/ProgramRun.h"
-#include "tests/support/Screen.h"
+#include "tests/support/Pixels.h"
 
 #include <wx/app.h>
 #include <wx/aui/auibook.h>

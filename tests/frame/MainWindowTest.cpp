@@ -2,6 +2,7 @@
 #include "tests/frame/FrameFixture.h"
 
 #include "frame/ControlRules.h"
+#include "tests/support/Pixels.h"
 
 #include <wx/choice.h>
 #include <wx/slider.h>
@@ -57,27 +58,35 @@ TEST_F(MainWindow, WalksThroughItsStates)
     EXPECT_TRUE(PreviewShows(size, 0, 2.2F));
 }
 
-TEST_F(MainWindow, ButtonsOfTheListFollowItsSelection)
+TEST_F(MainWindow, ButtonsAndThumbnailFollowTheSelectionOfTheList)
 {
-    const struct {
-        int nFirst, nLast; ///< selected row
-        bool bUp, bDown;
-    } cases[] = {{0, 0, false, true}, {1, 1, true, true}, {1, 2, true, false}, {0, 2, false, false}};
     Load(Series());
-    const auto expect = [this](bool bRemove, bool bUp, bool bDown) {
-        EXPECT_TRUE(Find<wxWindow>(wxID_ADD).IsEnabled());
-        EXPECT_EQ(bRemove, Find<wxWindow>(wxID_REPLACE).IsEnabled());
-        EXPECT_EQ(bUp, Find<wxWindow>(wxID_UP).IsEnabled());
-        EXPECT_EQ(bDown, Find<wxWindow>(wxID_DOWN).IsEnabled());
+    const auto buttonsThatAreOn = [this] {
+        std::string sOn;
+        for (const auto& [nId, sName] : {std::pair(wxID_ADD, "add "), std::pair(wxID_REPLACE, "remove "),
+                                         std::pair(wxID_UP, "up "), std::pair(wxID_DOWN, "down ")})
+            sOn += Find<wxWindow>(nId).IsEnabled() ? sName : "";
+        return sOn;
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.nFirst << " to " << c.nLast);
-        Grid().SelectBlock(c.nFirst, 0, c.nLast, 0);
+    const std::pair<std::vector<int>, const char*> cases[] = {{{0}, "add remove down "},
+                                                              {{1}, "add remove up down "},
+                                                              {{1, 2}, "add remove up "},
+                                                              {{0, 2}, "add remove "}};
+    for (const auto& [rows, szOn] : cases) {
+        Grid().SelectBlock(rows.front(), 0, rows.back(), 0);
         Pump(2);
-        expect(true, c.bUp, c.bDown);
+        EXPECT_EQ(szOn, buttonsThatAreOn());
     }
+    const auto thumbnail = [this] { return Screenshot(Find<wxWindow>("staticPicture")); };
+    Select({0});
+    Pump(20);
+    const wxImage first = thumbnail();
+    Select({2});
+    Pump(20);
+    EXPECT_FALSE(SamePixels(first, thumbnail())) << "it follows as well";
+    Select({0, 1, 2});
     Press(wxID_REPLACE);
-    expect(false, false, false);
+    EXPECT_EQ("add ", buttonsThatAreOn());
     Command(ID_CREATE_HDR); // of nothing
     EXPECT_FALSE(IsOn(wxID_SAVE));
 }

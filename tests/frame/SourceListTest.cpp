@@ -66,19 +66,6 @@ protected:
         EXPECT_EQ(rows, SelectedRows(Grid())) << "the selection follows";
     }
 
-    void Tick(int nRow)
-    {
-        ClickTick(nRow);
-        ModelRow(nRow).bTicked = !ModelRow(nRow).bTicked;
-    }
-
-    void Type(int nRow)
-    {
-        TypeIntoCell(nRow, COL_APERTURE, "1.6"); // in each of the two kinds of rows
-        ModelRow(nRow).values[1] = 1.6F;
-        EXPECT_EQ(std::min(nRow + 1, Size() - 1), Grid().GetGridCursorRow());
-    }
-
     void ExpectEqual()
     {
         ASSERT_EQ(Size(), Grid().GetNumberRows());
@@ -136,9 +123,14 @@ TEST_F(SourceList, EqualsItsModelThroughRandomOperations)
         } else if (nOperation <= 9) {
             Move(rows, nOperation <= 7 ? -1 : 1);
         } else if (nOperation == 10) {
-            Tick(below(Size()));
+            const int nRow = below(Size());
+            ClickTick(nRow);
+            ModelRow(nRow).bTicked = !ModelRow(nRow).bTicked;
         } else {
-            Type(below(Size()));
+            const int nRow = below(Size());
+            TypeIntoCell(nRow, COL_APERTURE, "1.6"); // in each of the two kinds of rows
+            ModelRow(nRow).values[1] = 1.6F;
+            EXPECT_EQ(std::min(nRow + 1, Size() - 1), Grid().GetGridCursorRow());
         }
         ExpectEqual();
     }

@@ -1,5 +1,4 @@
 // How the controls of the program look and answer: with each input module, at scale 2, to wheel and keys.
-#include "tests/program/Waiting.h"
 #include "tests/program/WindowProgram.h"
 
 #include <gtest/gtest.h>
@@ -28,11 +27,6 @@ wxImage Part(const char* szWindow, const wxRect& part)
     return ScreenPicture({PlaceOf(szWindow).GetTopLeft() + part.GetTopLeft(), part.GetSize()});
 }
 
-wxImage PictureOf(const char* szWindow)
-{
-    return Part(szWindow, PlaceOf(szWindow).GetSize());
-}
-
 std::size_t DifferentPixels(const wxImage& a, const wxImage& b)
 {
     if (!a.IsOk() || !b.IsOk() || a.GetSize() != b.GetSize())
@@ -59,7 +53,7 @@ wxImage SettledPictureOf(const char* szWindow)
     wxImage picture;
     EXPECT_TRUE(Becomes([&] {
         WaitUntilIdle();
-        const wxImage before = std::exchange(picture, PictureOf(szWindow));
+        const wxImage before = std::exchange(picture, Part(szWindow, PlaceOf(szWindow).GetSize()));
         return DifferentPixels(before, picture) == 0;
     }));
     return picture;
@@ -106,7 +100,7 @@ TEST(Controls, InputModulesShowTheSame)
     WriteText(sSettings + "/settings.ini", "[Settings]\ngtk-cursor-blink=0\n");
     std::vector<std::vector<wxImage>> walks;
     for (const char* szModule : {"gtk-im-context-simple", "xim"}) {
-        program.Set("GTK_IM_MODULE", szModule);
+        program.Set(std::string("GTK_IM_MODULE=") + szModule);
         ASSERT_TRUE(program.StartWithSeries(640, 480));
         walks.push_back(Walk(program));
         program.Kill();
@@ -120,7 +114,7 @@ TEST(Controls, InputModulesShowTheSame)
 TEST(Controls, PicturesAreSharpAtScale2)
 {
     WindowProgram program;
-    program.Set("GDK_SCALE", "2");
+    program.Set("GDK_SCALE=2");
     wxImage stripes(640, 480); // two columns black, two white: every other column of the display
     for (int x = 0; x < 640; ++x) {
         const unsigned char grey = x / 2 % 2 == 0 ? 0 : 255;

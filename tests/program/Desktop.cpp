@@ -1,17 +1,12 @@
 // Drives the display with xdotool, and takes its picture through the X library.
 #include "tests/program/Desktop.h"
 
-#include "tests/program/Waiting.h"
+#include "tests/support/Process.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <sstream>
-#include <stdexcept>
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
@@ -48,28 +43,12 @@ std::string WindowWith(const std::string& sTitle)
     return vsWindows.empty() ? std::string() : vsWindows.front();
 }
 
-/// A value of the tool's output of lines such as "WIDTH=481"; 0 if it isn't there.
-int ValueOf(const std::string& sOutput, const std::string& sName)
-{
-    const std::size_t nAt = ("\n" + sOutput).find("\n" + sName + "=");
-    return nAt == std::string::npos ? 0 : std::atoi(sOutput.c_str() + nAt + sName.size() + 1);
-}
-
-/// How long a process has computed, in the kernel's ticks.
-std::string ComputingTime(const std::string& sProcess)
-{
-    std::ifstream status("/proc/" + sProcess + "/stat");
-    std::string sText;
-    std::getline(status, sText);
-    std::istringstream fields(sText.substr(std::min(sText.rfind(')') + 1, sText.size())));
-    const std::vector<std::string> vsFields{std::istream_iterator<std::string>(fields), {}};
-    return vsFields.size() > 12 ? vsFields[11] + " " + vsFields[12] + " " + vsFields[0] : std::string();
-}
-
 wxRect PlaceOfWindow(const std::string& sWindow)
 {
-    const std::string sPlace = OutputOf("xdotool getwindowgeometry --shell " + sWindow);
-    return {ValueOf(sPlace, "X"), ValueOf(sPlace, "Y"), ValueOf(sPlace, "WIDTH"), ValueOf(sPlace, "HEIGHT")};
+    wxRect place;
+    std::sscanf(OutputOf("xdotool getwindowgeometry --shell " + sWindow).c_str(),
+                "WINDOW=%*u X=%d Y=%d WIDTH=%d HEIGHT=%d", &place.x, &place.y, &place.width, &place.height);
+    return place;
 }
 
 wxPoint Middle(const wxRect& rect)
@@ -84,15 +63,7 @@ std::string At(wxPoint point)
 
 std::unique_ptr<Display, int (*)(Display*)> OpenDisplay()
 {
-    std::unique_ptr<Display, int (*)(Display*)> display(XOpenDisplay(nullptr), XCloseDisplay);
-    if (!display)
-        throw std::runtime_error("no display");
-    return display;
-}
-
-unsigned char Channel(unsigned long nPixel, unsigned nShift)
-{
-    return static_cast<unsigned char>(nPixel >> nShift & 0xFF);
+    return {XOpenDisplay(nullptr), XCloseDisplay};
 }
 
 } // namespace
@@ -133,7 +104,7 @@ bool WaitUntilActive(const std::string& sTitle)
 
 bool Activate(const std::string& sTitle)
 {
-    OutputOf("xdotool windowactivate " + WindowWith(sTitle));
+    Do("windowactivate", sTitle);
     return WaitUntilActive(sTitle);
 }
 
@@ -144,44 +115,32 @@ wxRect PlaceOf(const std::string& sTitle)
 
 bool IsOnTop(pid_t nProcess, const std::string& sTitle)
 {
-    const std::string sProcess = std::to_string(nProcess);
-    const std::vector<std::string> vsWindows = WindowsWith(sTitle, "--pid " + sProcess);
+    const std::vector<std::string> vsWindows = WindowsWith(sTitle, "--pid " + std::to_string(nProcess));
     if (vsWindows.empty())
         return false;
     const wxPoint at = Middle(PlaceOfWindow(vsWindows.front()));
     const auto display = OpenDisplay();
-    const Window wanted = std::stoul(vsWindows.front());
     Window window = DefaultRootWindow(display.get()); // down to the innermost one
-    while (window != None && window != wanted) {
-        Window child = None;
-        int x = 0, y = 0;
+    for (int x = 0, y = 0; window != None && std::to_string(window) != vsWindows.front();)
         XTranslateCoordinates(display.get(), DefaultRootWindow(display.get()), window, at.x, at.y, &x, &y,
-                              &child);
-        window = child;
-    }
-    return window == wanted;
+                              &window);
+    return window != None;
 }
 
-void MoveWindow(const std::string& sTitle, wxPoint to)
+void Do(const std::string& sCommand, const std::string& sTitle, const std::string& sArguments)
 {
-    OutputOf("xdotool windowmove --sync " + WindowWith(sTitle) + " " + At(to));
-}
-
-void Minimize(const std::string& sTitle)
-{
-    OutputOf("xdotool windowminimize " + WindowWith(sTitle));
+    OutputOf("xdotool " + sCommand + " " + WindowWith(sTitle) + " " + sArguments);
 }
 
 void WaitUntilIdle()
 {
-    std::istringstream active(OutputOf("xdotool getactivewindow getwindowpid"));
-    std::string sProcess;
-    if (!(active >> sProcess))
-        return;
+    const std::string sProcess = OutputOf("xdotool getactivewindow getwindowpid");
     std::string sBefore;
     Becomes([&] {
-        const std::string sNow = ComputingTime(sProcess);
-        const bool bIdle = sNow == sBefore && sNow.ends_with('S');
+        // Its state, and how long it has computed.
+        const std::string sNow =
+            OutputOf("cut -d ' ' -f 3,14,15 /proc/" + sProcess.substr(0, sProcess.find('\n')) + "/stat");
+        const bool bIdle = sNow == sBefore && (sNow.empty() || sNow.starts_with('S'));
         sBefore = sNow;
         return bIdle;
     });
@@ -232,47 +191,21 @@ void ReleaseButtonAt(wxPoint to)
     OutputOf("xdotool" + sMoves + " mouseup 1");
 }
 
-void CutConnection(const std::string& sTitle)
-{
-    OutputOf("xdotool windowkill " + WindowWith(sTitle));
-}
-
-OtherProgram::OtherProgram() : m_display(XOpenDisplay(nullptr))
-{
-    auto* const display = static_cast<Display*>(m_display);
-    const Window window =
-        XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 200, 100, 0, 0, 0xFFFFFF);
-    XStoreName(display, window, "Another program");
-    XWMHints takesFocus{};
-    takesFocus.flags = InputHint;
-    takesFocus.input = True;
-    XSetWMHints(display, window, &takesFocus);
-    XMapWindow(display, window);
-    XSync(display, False);
-    WaitUntilActive(TITLE);
-}
-
-OtherProgram::~OtherProgram()
-{
-    XCloseDisplay(static_cast<Display*>(m_display));
-}
-
 wxImage ScreenPicture(const wxRect& part)
 {
     const auto display = OpenDisplay();
-    const int nScreen = DefaultScreen(display.get());
-    const wxRect all(0, 0, DisplayWidth(display.get(), nScreen), DisplayHeight(display.get(), nScreen));
-    const wxRect shown = part.Intersect(all);
     const std::unique_ptr<XImage, int (*)(XImage*)> pixels(
-        XGetImage(display.get(), RootWindow(display.get(), nScreen), shown.x, shown.y,
-                  static_cast<unsigned>(shown.width), static_cast<unsigned>(shown.height), AllPlanes,
-                  ZPixmap),
+        XGetImage(display.get(), DefaultRootWindow(display.get()), part.x, part.y,
+                  static_cast<unsigned>(part.width), static_cast<unsigned>(part.height), AllPlanes, ZPixmap),
         [](XImage* image) { return XDestroyImage(image); });
-    wxImage picture(shown.GetSize());
-    for (int y = 0; pixels && y < shown.height; ++y)
-        for (int x = 0; x < shown.width; ++x) {
+    wxImage picture(part.GetSize());
+    for (int y = 0; y < part.height; ++y)
+        for (int x = 0; x < part.width; ++x) {
             const unsigned long nPixel = XGetPixel(pixels.get(), x, y);
-            picture.SetRGB(x, y, Channel(nPixel, 16), Channel(nPixel, 8), Channel(nPixel, 0));
+            const auto channel = [nPixel](int nShift) {
+                return static_cast<unsigned char>(nPixel >> nShift & 0xFF);
+            };
+            picture.SetRGB(x, y, channel(16), channel(8), channel(0));
         }
     return picture;
 }

@@ -34,8 +34,8 @@ wxRect PlaceOf(const std::string& sTitle);
 /// Whether a process shows such a window, and nothing of another process covers its middle.
 bool IsOnTop(pid_t nProcess, const std::string& sTitle);
 
-void MoveWindow(const std::string& sTitle, wxPoint to);
-void Minimize(const std::string& sTitle);
+/// A command of the tool on a window, such as "windowminimize".
+void Do(const std::string& sCommand, const std::string& sTitle, const std::string& sArguments = "");
 
 /// Waits until the program of the active window has done with what came before: a menu that opens, a window
 /// that comes up. It is asleep then, and stays so for a while.
@@ -56,27 +56,10 @@ void ClickWindow(const std::string& sTitle);
 /// Clicks at a point of the screen. @param nButton  1: left, 4 and 5: a notch of the wheel up and down
 void ClickAt(wxPoint at, int nButton = 1);
 
-/// Takes the display away from the process that shows such a window.
-void CutConnection(const std::string& sTitle);
-
 /// The beginning of a drag, in the middle of a window, and its end: in steps, since those who take part
 /// answer each other in their own loops.
 void PressButtonOn(const std::string& sTitle);
 void ReleaseButtonAt(wxPoint to);
-
-/// A window of another program, which has the focus when it comes up.
-class OtherProgram {
-public:
-    OtherProgram();
-    OtherProgram(const OtherProgram&) = delete;
-    OtherProgram& operator=(const OtherProgram&) = delete;
-    ~OtherProgram();
-
-    static constexpr const char* TITLE = "^Another program$";
-
-private:
-    void* m_display; ///< of the X library
-};
 
 /// What a part of the screen shows.
 wxImage ScreenPicture(const wxRect& part);

@@ -1,5 +1,4 @@
 // The dialogs of the real program, answered by keys: what they list and ask, and what becomes of files.
-#include "tests/program/Waiting.h"
 #include "tests/program/WindowProgram.h"
 
 #include <gmock/gmock.h>
@@ -69,7 +68,7 @@ TEST_F(Merged, OnlyYesReplacesAPicture)
 {
     const std::string sFile = m_program.File("output/pano0.jpg");
     WriteText(sFile, "of last year");
-    const OtherProgram other;
+    const Process other = m_program.StartOther();
     ASSERT_TRUE(Activate(FRAME_TITLE));
     ASSERT_TRUE(PressKeysIn(FRAME_TITLE, {"space", "Down", "Return", "ctrl+s"}));
     const std::vector<std::string> refusals[] = {{"Escape"}, {"alt+F4"}, {"alt+n"}, {"Left", "Return"}};
@@ -90,7 +89,7 @@ TEST_F(Merged, ANameWithoutExtensionGetsThatOfItsFormatAndOnlyYesReplaces)
 {
     const std::string sFile = m_program.File("output/room.exr");
     WriteText(sFile, "of last year");
-    const OtherProgram other;
+    const Process other = m_program.StartOther();
     ASSERT_TRUE(Activate(FRAME_TITLE));
     ASSERT_TRUE(PressKeysIn(FRAME_TITLE, {"ctrl+s"}));
     ASSERT_TRUE(TypeHdrName("room"));

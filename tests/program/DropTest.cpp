@@ -1,29 +1,23 @@
 // Files dragged from another program onto the window.
-#include "tests/program/Waiting.h"
 #include "tests/program/WindowProgram.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <map>
 
 using namespace LS::Tests;
 
 namespace {
 
-constexpr const char* SOURCE_TITLE = "^Drag source$";
 const std::string DROPPED = "/no/dropped.jpg";
 
 class Drop : public testing::Test {
 protected:
-    Drop() : m_source(LS_DRAG_SOURCE, {DROPPED}, {}, m_program.Folder().File("drag output")) {}
-
     /// Drags the file into a corner of the main window that small dialogs don't cover.
     void DropOnFrame()
     {
-        ASSERT_TRUE(WaitForWindow(SOURCE_TITLE));
         m_sExpected += "begins\n";
-        PressButtonOn(SOURCE_TITLE);
+        PressButtonOn(OTHER_TITLE);
         ASSERT_TRUE(Becomes([this] { return m_source.Output() == m_sExpected; }));
         m_sExpected += "ended\n";
         ReleaseButtonAt(PlaceOf(FRAME_TITLE).GetBottomRight() - wxPoint(30, 30));
@@ -39,7 +33,7 @@ protected:
     }
 
     WindowProgram m_program;
-    ProgramProcess m_source;
+    const Process m_source = m_program.StartOther(DROPPED);
     std::string m_sExpected; ///< what the source has to say up to now
 };
 
@@ -50,7 +44,7 @@ TEST_F(Drop, BeginsASeriesAndThenAddsToIt)
     ASSERT_TRUE(m_program.StartToMainWindow());
     DropOnFrame();
     ASSERT_TRUE(WaitForWindow(SPLASH_TITLE)) << "the message that it isn't there: it is the selected one";
-    EXPECT_TRUE(PressKeysIn(SPLASH_TITLE, {"Return"}));
+    ASSERT_TRUE(PressKeysIn(SPLASH_TITLE, {"Return"}) && WaitUntilGone(SPLASH_TITLE));
     EXPECT_EQ(1, TimesTaken()) << m_program.Log();
     DropOnFrame();
     EXPECT_TRUE(Becomes([this] { return TimesTaken() == 2; }));
@@ -69,7 +63,7 @@ TEST_F(Drop, DoesNothingWhileADialogIsUp)
         ASSERT_TRUE(PressKeysIn(FRAME_TITLE, c.vsKeys));
         ASSERT_TRUE(WaitUntilActive(c.szTitle));
         if (std::string(c.szTitle) != SPLASH_TITLE)
-            MoveWindow(c.szTitle, {300, 1000});
+            Do("windowmove", c.szTitle, "300 1000");
         DropOnFrame();
         ASSERT_TRUE(Activate(c.szTitle)) << "taken for another one's affair, or answered";
         ASSERT_TRUE(PressKeysIn(c.szTitle, {"Escape"}));

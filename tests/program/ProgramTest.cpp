@@ -1,5 +1,4 @@
 // The whole program under the eyes of a user: it starts, takes arguments, works by keys, and leaves nothing.
-#include "tests/program/Waiting.h"
 #include "tests/program/WindowProgram.h"
 
 #include <gmock/gmock.h>
@@ -13,12 +12,6 @@ using namespace LS::Tests;
 using testing::HasSubstr;
 
 namespace fs = std::filesystem;
-
-namespace {
-
-constexpr int FAILED_START = 255;
-
-} // namespace
 
 TEST(Program, StartsAndEndsWithoutATraceInAnyFolder)
 {
@@ -36,22 +29,12 @@ TEST(Program, StartsAndEndsWithoutATraceInAnyFolder)
     program.ExpectNothingLeft();
 }
 
-TEST(Program, TheSplashEndsByItself)
-{
-    WindowProgram program;
-    program.Start();
-    ASSERT_TRUE(WaitForWindow(SPLASH_TITLE));
-    EXPECT_FALSE(IsOnScreen(FRAME_TITLE));
-    ASSERT_TRUE(WaitForWindow(FRAME_TITLE));
-    EXPECT_FALSE(IsOnScreen(SPLASH_TITLE));
-}
-
 TEST(Program, HelpAndUnknownOptionsShowTheUsageAndEndIt)
 {
     const struct {
         const char* szOption;
         int nCode;
-    } cases[] = {{"--help", 0}, {"-h", 0}, {"--no-such-option", FAILED_START}};
+    } cases[] = {{"--help", 0}, {"--no-such-option", REFUSED}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.szOption);
         WindowProgram program;
@@ -99,7 +82,7 @@ TEST(Program, SettingsThatCannotBeWrittenEndTheStartWithAMessage)
     WriteText(program.File("HDRLog.log"), "of the last run\n");
     program.Start();
     ASSERT_TRUE(PressKeysIn("^Tolvanic Lumistrand Error$", {"Return"}));
-    EXPECT_EQ(FAILED_START, program.WaitForExit());
+    EXPECT_EQ(REFUSED, program.WaitForExit());
     EXPECT_EQ("of the last run\n", program.Log());
     program.ExpectNothingLeft();
 }

@@ -3,7 +3,6 @@
 #include "app/InstanceLock.h"
 #include "app/IpcWire.h"
 #include "app/LocalSocket.h"
-#include "tests/program/Waiting.h"
 #include "tests/program/WindowProgram.h"
 
 #include <gmock/gmock.h>
@@ -11,25 +10,18 @@
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <map>
 
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace LS::Tests;
 using LS::Util::FileDescriptor;
-using testing::IsEmpty;
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 
 namespace {
-
-constexpr int REFUSED = 255;
 
 class SecondStart : public testing::Test {
 protected:
@@ -39,17 +31,6 @@ protected:
         ASSERT_TRUE(m_program.Merge());
     }
 
-    /// A merge that stands still half way, since the process does.
-    void StartAndStopInMerge()
-    {
-        ASSERT_TRUE(m_program.StartWithSeries(3000, 2000));
-        ASSERT_TRUE(WindowProgram::GiveMergeCommand());
-        while (m_program.IsRunning() && m_program.CacheFiles().empty()) {
-        }
-        m_program.Signal(SIGSTOP);
-        ASSERT_GT(4U, m_program.CacheFiles().size()) << "the merge is over";
-    }
-
     /// Names of the working files, and what stands for their contents.
     std::map<std::string, std::size_t> WorkingFiles() const
     {
@@ -57,12 +38,6 @@ protected:
         for (const std::string& sName : m_program.CacheFiles())
             files[sName] = std::hash<std::string>()(ReadText(m_program.File("hdrcache/" + sName)));
         return files;
-    }
-
-    static void AnswerBox(const std::string& sKey)
-    {
-        ASSERT_TRUE(PressKeysIn(SPLASH_TITLE, {sKey}));
-        ASSERT_TRUE(WaitUntilGone(SPLASH_TITLE));
     }
 
     /// The photographs that were added but aren't there.
@@ -90,27 +65,6 @@ fs::perms PermissionsOf(const std::string& sPath)
     return fs::status(sPath).permissions();
 }
 
-std::size_t ResidentPages(pid_t nProcess)
-{
-    std::ifstream file("/proc/" + std::to_string(nProcess) + "/statm");
-    std::size_t nTotal = 0, nResident = 0;
-    file >> nTotal >> nResident;
-    return nResident;
-}
-
-/// What another user gets: 0 if the connection ends without an answer.
-int AnswerToStranger(const std::string& sPath)
-{
-    const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM, 0));
-    sockaddr_un address{AF_UNIX, {}};
-    sPath.copy(address.sun_path, sizeof address.sun_path - 1);
-    if (connect(socket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
-        return 1;
-    const auto soon = std::chrono::steady_clock::now() + 5s;
-    SendAll(socket.Get(), EncodeIpcMessage({IpcCode::Connect, 0, IPC_TOPIC}), soon);
-    return ReceiveByte(socket.Get(), soon) ? 2 : 0;
-}
-
 } // namespace
 
 TEST_F(SecondStart, TakesNothingFromTheFirst)
@@ -123,56 +77,35 @@ TEST_F(SecondStart, TakesNothingFromTheFirst)
         EXPECT_EQ(fs::perms(0600), PermissionsOf(m_program.File("hdrcache/" + sName))) << sName;
 
     const auto before = WorkingFiles();
-    const OtherProgram other;
+    const Process other = m_program.StartOther();
     for (const char* const szArgument : {"--help", "plain"}) {
-        EXPECT_TRUE(IsActive(OtherProgram::TITLE));
-        ProgramProcess second = m_program.StartAgain({szArgument});
+        EXPECT_TRUE(IsActive(OTHER_TITLE));
+        Process second = m_program.StartAgain({szArgument});
         EXPECT_EQ(0, second.WaitForExit());
         EXPECT_EQ(szArgument == std::string("--help"),
                   second.Output().find("[url(s)...]") != std::string::npos);
         EXPECT_EQ(before, WorkingFiles());
     }
     EXPECT_TRUE(WaitUntilActive(FRAME_TITLE)) << "the first one comes to the front";
-
-    ASSERT_TRUE(PressKeysIn(FRAME_TITLE, {"ctrl+s"}));
-    ASSERT_TRUE(WaitUntilActive(HDR_DIALOG));
-    TypeText(m_program.Folder().File("room.exr"));
-    // The dialog takes no Return before it has looked the name up.
-    EXPECT_TRUE(Becomes([] { return PressKeys({"Return"}), !IsOnScreen(HDR_DIALOG); }));
-    EXPECT_TRUE(Becomes([this] { return ReadBytes(m_program.Folder().File("room.exr")).size() > 10'000; }));
 }
 
 TEST_F(SecondStart, HandsItsLastArgumentOver)
 {
-    const std::string sLong = "/" + std::string(100'000, 'p');
-    const struct {
-        std::vector<std::string> vsArguments;
-        std::vector<std::string> vsPaths; ///< which the first one looks for, in vain
-    } cases[] = {
-        {{"/no/plain.jpg"}, {}},
-        {{"x|/no/first.jpg", "|/no/a.jpg|/no/b.jpg"}, {"/no/a.jpg", "/no/b.jpg"}},
-        {{"x|/no/\xc3\xa9t\xc3\xa9/\xe5\xb1\xb1.jpg"}, {"/no/\xc3\xa9t\xc3\xa9/\xe5\xb1\xb1.jpg"}},
-        {{"x|" + sLong}, {sLong}},
-    };
+    const std::string sLong = "/" + std::string(100'000, 'p'),
+                      sForeign = "/no/\xc3\xa9t\xc3\xa9/\xe5\xb1\xb1.jpg";
     ASSERT_TRUE(m_program.StartToMainWindow());
     ASSERT_TRUE(PressKeysIn(FRAME_TITLE, {"ctrl+n"}));
     ASSERT_TRUE(PressKeysIn(OPEN_DIALOG, {"Escape"})) << "it showed the home, where the lock is";
-    std::vector<std::string> vsLookedFor;
-    for (const auto& c : cases) {
-        ProgramProcess second = m_program.StartAgain(c.vsArguments);
-        EXPECT_EQ(0, second.WaitForExit());
-        if (!c.vsPaths.empty()) {
-            AnswerBox("Return");
-        }
-        vsLookedFor.insert(vsLookedFor.end(), c.vsPaths.begin(), c.vsPaths.end());
-    }
-    EXPECT_EQ(vsLookedFor, PathsLookedFor());
+    EXPECT_EQ(0, m_program.StartAgain({"/no/plain.jpg"}).WaitForExit());
+    EXPECT_EQ(0, m_program.StartAgain({"x|/no/first.jpg", "|" + sForeign + "|" + sLong}).WaitForExit());
+    ASSERT_TRUE(PressKeysIn(SPLASH_TITLE, {"Return"}));
+    EXPECT_EQ((std::vector{sLong, sForeign}), PathsLookedFor());
 }
 
 TEST_F(BusyFirst, IsOneOfManyAtOnce)
 {
-    std::vector<ProgramProcess> vStarts(8);
-    for (ProgramProcess& start : vStarts)
+    std::vector<Process> vStarts(8);
+    for (Process& start : vStarts)
         start = m_program.StartAgain();
     ASSERT_TRUE(WaitForWindow(FRAME_TITLE));
     EXPECT_EQ(1, CountWindows(FRAME_TITLE));
@@ -183,7 +116,7 @@ TEST_F(SuddenEnd, LeavesThePlaceToALaterStart)
 {
     ASSERT_TRUE(m_program.StartToMainWindow());
     m_program.Signal(SIGSTOP); // holds lock and socket, and is deaf
-    ProgramProcess next = m_program.StartAgain();
+    Process next = m_program.StartAgain();
     m_program.Kill();
     ASSERT_TRUE(WaitForWindow(SPLASH_TITLE));
     ClickWindow(SPLASH_TITLE);
@@ -195,7 +128,7 @@ TEST_F(SecondStart, StrangeBytesHarmNobody)
     const std::string sConnect = EncodeIpcMessage({IpcCode::Connect, 0, IPC_TOPIC});
     const std::string sExecute = EncodeIpcMessage({IpcCode::Execute, wxIPC_UTF8TEXT, "x|/no/such.jpg"});
     ASSERT_TRUE(m_program.StartToMainWindow());
-    const std::size_t nBefore = ResidentPages(m_program.Id());
+    EXPECT_EQ(fs::perms(0600), PermissionsOf(SocketPath())) << "of no use to others";
     std::vector<FileDescriptor> vOpen; // all stay open, as those of a client that hangs
     for (const std::string& sBytes :
          {std::string("GET / HTTP/1.0\r\n\r\n"), sConnect + "\x01\x11\xff\xff\xff\xff",
@@ -210,27 +143,7 @@ TEST_F(SecondStart, StrangeBytesHarmNobody)
     for (int n = 0; n < 150; ++n) // more silent ones than it listens to
         vOpen.push_back(ConnectLocal(SocketPath(), std::chrono::steady_clock::now() + 5s));
     EXPECT_EQ(0, m_program.StartAgain().WaitForExit());
-    EXPECT_THAT(PathsLookedFor(), IsEmpty());
-    EXPECT_LT(ResidentPages(m_program.Id()), nBefore + 5000); // 20 MB, next to lengths of gigabytes
-}
-
-TEST_F(SecondStart, TheSocketIsOfNoUseToOthers)
-{
-    ASSERT_TRUE(m_program.StartToMainWindow());
-    EXPECT_EQ(fs::perms(0600), PermissionsOf(SocketPath()));
-    if (geteuid() != 0)
-        return; // only root can become somebody else
-
-    // Even where permissions let another user in, the connection ends unheard.
-    const std::string sRoot = m_program.Folder().Path();
-    for (const std::string& sOpened : {sRoot, sRoot + "/runtime", SocketPath()})
-        fs::permissions(sOpened, fs::perms::all);
-    const pid_t nOther = fork();
-    if (nOther == 0)
-        _exit(setgid(65534) == 0 && setuid(65534) == 0 ? AnswerToStranger(SocketPath()) : 100);
-    int nStatus = 0;
-    waitpid(nOther, &nStatus, 0);
-    EXPECT_EQ(0, WEXITSTATUS(nStatus));
+    EXPECT_THAT(PathsLookedFor(), testing::IsEmpty());
 }
 
 TEST_F(SecondStart, WhatLiesInPlaceOfTheLockStopsNobody)
@@ -264,9 +177,9 @@ TEST_F(SecondStart, NoPlaceForTheSocketEndsTheStart)
 TEST_F(SecondStart, ReplacesTheSeriesAndRaisesTheWindow)
 {
     StartMerged();
-    Minimize(FRAME_TITLE);
+    Do("windowminimize", FRAME_TITLE);
     ASSERT_TRUE(WaitUntilGone(FRAME_TITLE));
-    ProgramProcess second = m_program.StartAgain({"x|/no/such.jpg"});
+    Process second = m_program.StartAgain({"x|/no/such.jpg"});
     EXPECT_EQ(0, second.WaitForExit());
     ASSERT_TRUE(WaitForWindow(SPLASH_TITLE)) << "the question whether to save";
     EXPECT_TRUE(IsOnScreen(FRAME_TITLE));
@@ -281,7 +194,7 @@ TEST_F(BusyFirst, IsReportedOnTop)
     ASSERT_TRUE(PressKeysIn(FRAME_TITLE, {"alt+h", "a"}));
     ASSERT_TRUE(WaitForWindow(SPLASH_TITLE)) << "the about window";
     for (const char* szArgument : {"x|/no/such.jpg", "plain"}) {
-        ProgramProcess second = m_program.StartAgain({szArgument});
+        Process second = m_program.StartAgain({szArgument});
         EXPECT_TRUE(Becomes([&] { return IsOnTop(second.Id(), SPLASH_TITLE); })) << "above the about window";
         EXPECT_TRUE(PressKeysIn(SPLASH_TITLE, {"Return"}));
         EXPECT_EQ(REFUSED, second.WaitForExit());
@@ -295,26 +208,31 @@ TEST_F(BusyFirst, IsReportedAboveItsSplash)
 {
     m_program.Start();
     ASSERT_TRUE(WaitForWindow(SPLASH_TITLE));
-    ProgramProcess second = m_program.StartAgain();
+    Process second = m_program.StartAgain();
     EXPECT_TRUE(Becomes([&] { return IsOnTop(second.Id(), SPLASH_TITLE); }));
     ASSERT_TRUE(WaitForWindow(FRAME_TITLE));
     EXPECT_TRUE(Becomes([&] { return IsOnTop(second.Id(), SPLASH_TITLE); })) << "above the main window";
 }
 
-TEST_F(BusyFirst, LosesNothingOfItsMerge)
+TEST_F(BusyFirst, LosesNothingOfItsMergeWhichASignalEndsInOrder)
 {
-    StartAndStopInMerge();
+    ASSERT_TRUE(m_program.StartWithSeries(3000, 2000));
+    ASSERT_TRUE(WindowProgram::GiveMergeCommand());
+    while (m_program.IsRunning() && m_program.CacheFiles().empty()) {
+    }
+    m_program.Signal(SIGSTOP); // half way
     const auto before = WorkingFiles();
-    ProgramProcess help = m_program.StartAgain({"--help"});
-    EXPECT_EQ(0, help.WaitForExit());
-    ProgramProcess second = m_program.StartAgain();
+    EXPECT_GT(4U, before.size()) << "the merge is over";
+    EXPECT_EQ(0, m_program.StartAgain({"--help"}).WaitForExit());
+    Process second = m_program.StartAgain();
     ASSERT_TRUE(WaitForWindow(SPLASH_TITLE)) << "no answer, so it is too busy";
     EXPECT_TRUE(PressKeysIn(SPLASH_TITLE, {"Return"}));
     EXPECT_EQ(REFUSED, second.WaitForExit());
     EXPECT_EQ(before, WorkingFiles());
+    m_program.Signal(SIGTERM);
     m_program.Signal(SIGCONT);
-    EXPECT_TRUE(WaitUntilGone(JOB_TITLE));
-    EXPECT_EQ(4U, WorkingFiles().size());
+    EXPECT_EQ(128 + SIGTERM, m_program.WaitForExit());
+    m_program.ExpectNothingLeft();
     EXPECT_EQ("", m_program.Log());
 }
 
@@ -343,20 +261,11 @@ TEST_F(SuddenEnd, SignalsEndTheFirstInOrder)
     }
 }
 
-TEST_F(SuddenEnd, ASignalStopsAMergeInOrder)
-{
-    StartAndStopInMerge();
-    m_program.Signal(SIGTERM);
-    m_program.Signal(SIGCONT);
-    EXPECT_EQ(128 + SIGTERM, m_program.WaitForExit());
-    m_program.ExpectNothingLeft();
-}
-
 TEST_F(SuddenEnd, ALostDisplayEndsTheFirstInOrder)
 {
     StartMerged();
     fs::remove(m_program.File("lsConfigHDR.xml"));
-    CutConnection(FRAME_TITLE);
+    Do("windowkill", FRAME_TITLE); // cuts its connection
     EXPECT_EQ(EXIT_FAILURE, m_program.WaitForExit());
     EXPECT_TRUE(fs::exists(m_program.File("lsConfigHDR.xml")));
     m_program.ExpectNothingLeft();

@@ -2,65 +2,41 @@
 #pragma once
 
 #include "tests/program/Desktop.h"
+#include "tests/support/Process.h"
 #include "tests/support/TempFolder.h"
 
-#include <map>
 #include <string>
-#include <sys/types.h>
 #include <vector>
 
 namespace LS::Tests {
 
+constexpr int REFUSED = 255;                                  ///< how a start ends that can't go on
 constexpr const char* SPLASH_TITLE = "^Tolvanic Lumistrand$"; ///< also that of every message box
 constexpr const char* FRAME_TITLE = "^Tolvanic Lumistrand - Create HDR Image$";
 constexpr const char* JOB_TITLE = "^Please wait a moment...$";
 constexpr const char* OPEN_DIALOG = "^Open Images$";
 constexpr const char* HDR_DIALOG = "^Save Image$";
 constexpr const char* PICTURE_DIALOG = "^Save Panoramic Image$";
+constexpr const char* OTHER_TITLE = "^Drag source$";
 
-/// A process of the program. It is killed when this object goes.
-class ProgramProcess {
-public:
-    ProgramProcess() = default; ///< none
-    /// @param sOutput  the file that receives both of its streams
-    ProgramProcess(const std::string& sProgram, const std::vector<std::string>& vsArguments,
-                   const std::map<std::string, std::string>& variables, std::string sOutput);
-    ProgramProcess(ProgramProcess&& other) noexcept;
-    ProgramProcess& operator=(ProgramProcess&& other) noexcept;
-    ProgramProcess(const ProgramProcess&) = delete;
-    ProgramProcess& operator=(const ProgramProcess&) = delete;
-    ~ProgramProcess();
-
-    /// @return the exit code, 128 + the signal that ended it, or -1 if it still runs after a while
-    int WaitForExit();
-    bool IsRunning() const;
-    pid_t Id() const { return m_nProcess; }
-    void Signal(int nSignal) const;
-
-    /// Ends it at once, without a chance to do anything.
-    void Kill();
-
-    std::string Output() const; ///< both of its streams
-
-private:
-    pid_t m_nProcess = -1;
-    std::string m_sOutput;
-};
-
-/// A copy of the program with its own folder, home and runtime folder.
-class WindowProgram {
+/// A copy of the program with its own folder, home and runtime folder, and the process of its first start.
+class WindowProgram : public Process {
 public:
     /// @param sFolder, sHome  names of the program's folder and of the home
     explicit WindowProgram(const std::string& sFolder = "program", const std::string& sHome = "home");
+    ~WindowProgram() { Kill(); } // before its folder goes
 
     const TempFolder& Folder() const { return m_folder; }
     std::string Home() const { return m_folder.File(m_sHome); }
     std::string File(const std::string& sName) const { return m_folder.File(m_sFolder + "/" + sName); }
 
-    /// Sets an environment variable of all later starts.
-    void Set(const std::string& sVariable, const std::string& sValue) { m_variables[sVariable] = sValue; }
+    /// Sets an environment variable of all later starts, NAME=VALUE.
+    void Set(const std::string& sVariable) { m_vsVariables.push_back(sVariable); }
 
-    void Start(const std::vector<std::string>& vsArguments = {});
+    void Start(const std::vector<std::string>& vsArguments = {})
+    {
+        Process::operator=(StartAgain(vsArguments));
+    }
 
     /// Starts it, clicks the splash away and waits for the main window. @return whether that came
     bool StartToMainWindow(const std::vector<std::string>& vsArguments = {});
@@ -78,15 +54,10 @@ public:
     bool Merge() const;
 
     /// One more start of the same program by the same user.
-    ProgramProcess StartAgain(const std::vector<std::string>& vsArguments = {});
+    Process StartAgain(const std::vector<std::string>& vsArguments = {});
 
-    // The process of the first start.
-    int WaitForExit() { return m_first.WaitForExit(); }
-    bool IsRunning() const { return m_first.IsRunning(); }
-    pid_t Id() const { return m_first.Id(); }
-    void Signal(int nSignal) const { m_first.Signal(nSignal); }
-    void Kill() { m_first.Kill(); }
-    std::string Output() const { return m_first.Output(); }
+    /// Another program with a window, which gets the focus. A file can be dragged from it.
+    Process StartOther(const std::string& sFile = "") const;
 
     std::string Log() const;
     std::vector<std::string> LogLines() const;
@@ -103,9 +74,8 @@ public:
 private:
     TempFolder m_folder;
     std::string m_sFolder, m_sHome;
-    std::map<std::string, std::string> m_variables;
+    std::vector<std::string> m_vsVariables;
     int m_nStarts = 0;
-    ProgramProcess m_first;
 };
 
 } // namespace LS::Tests

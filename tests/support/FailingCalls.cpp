@@ -18,17 +18,15 @@ int& Error(SystemCall call)
     return errors[static_cast<std::size_t>(call)];
 }
 
-bool Fails(SystemCall call)
+/// Fails, or calls the C library's function.
+template <typename... Arguments> int Call(SystemCall call, const char* szName, Arguments... arguments)
 {
+    if (Error(call) == THROWS)
+        throw std::runtime_error("a system call that throws");
     if (Error(call) == 0)
-        return false;
+        return reinterpret_cast<int (*)(Arguments...)>(dlsym(RTLD_NEXT, szName))(arguments...);
     errno = Error(call);
-    return true;
-}
-
-template <typename Function> Function* CLibrary(const char* szName)
-{
-    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, szName));
+    return -1;
 }
 
 } // namespace
@@ -45,36 +43,25 @@ FailingCall::~FailingCall()
 
 } // namespace LS::Tests
 
-using LS::Tests::CLibrary;
-using LS::Tests::Error;
-using LS::Tests::Fails;
+using LS::Tests::Call;
 using LS::Tests::SystemCall;
 
 extern "C" int fsync(int nFile)
 {
-    if (Error(SystemCall::Fsync) == LS::Tests::THROWS)
-        throw std::runtime_error("a system call that throws");
-    return Fails(SystemCall::Fsync) ? -1 : CLibrary<int(int)>("fsync")(nFile);
+    return Call(SystemCall::Fsync, "fsync", nFile);
 }
 
 extern "C" int link(const char* szFrom, const char* szTo) noexcept
 {
-    if (Fails(SystemCall::Link))
-        return -1;
-    return CLibrary<int(const char*, const char*)>("link")(szFrom, szTo);
+    return Call(SystemCall::Link, "link", szFrom, szTo);
 }
 
 extern "C" int renameat2(int nFrom, const char* szFrom, int nTo, const char* szTo, unsigned nFlags) noexcept
 {
-    if (Fails(SystemCall::RenameAt2))
-        return -1;
-    using Function = int(int, const char*, int, const char*, unsigned);
-    return CLibrary<Function>("renameat2")(nFrom, szFrom, nTo, szTo, nFlags);
+    return Call(SystemCall::RenameAt2, "renameat2", nFrom, szFrom, nTo, szTo, nFlags);
 }
 
 extern "C" int faccessat(int nFolder, const char* szPath, int nMode, int nFlags) noexcept
 {
-    if (Fails(SystemCall::FaccessAt))
-        return -1;
-    return CLibrary<int(int, const char*, int, int)>("faccessat")(nFolder, szPath, nMode, nFlags);
+    return Call(SystemCall::FaccessAt, "faccessat", nFolder, szPath, nMode, nFlags);
 }

@@ -17,12 +17,6 @@ namespace {
 
 constexpr int ROUND_MS = 5;
 
-/// Long enough for the next click to be one of its own.
-void WaitForNextClick()
-{
-    wxMilliSleep(static_cast<unsigned long>(wxSystemSettings::GetMetric(wxSYS_DCLICK_MSEC)) + 10);
-}
-
 } // namespace
 
 void Pump(int nRounds)
@@ -33,19 +27,14 @@ void Pump(int nRounds)
     }
 }
 
-bool HasWindowManager()
-{
-    return std::getenv("LS_TEST_WINDOW_MANAGER") != nullptr;
-}
-
 void ShowAndWait(wxTopLevelWindow& window)
 {
+    const bool bManaged = std::getenv("LS_TEST_WINDOW_MANAGER") != nullptr;
     window.Show();
     window.Raise();
-    for (int i = 0; HasWindowManager() && !window.IsActive() && i < 400; ++i)
+    for (int i = 0; bManaged && !window.IsActive() && i < 400; ++i)
         Pump(1);
-    Pump(HasWindowManager() ? 10
-                            : 40); // mapping moves the window once more; without a manager nothing says when
+    Pump(bManaged ? 10 : 40); // mapping moves the window once more; without a manager nothing says when
 }
 
 void MoveTo(wxWindow& window, wxPoint at)
@@ -59,26 +48,20 @@ void Click(wxWindow& window, wxPoint at)
     MoveTo(window, at);
     wxUIActionSimulator().MouseClick();
     Pump();
-    WaitForNextClick();
+    wxMilliSleep(static_cast<unsigned long>(wxSystemSettings::GetMetric(wxSYS_DCLICK_MSEC)) + 10);
 }
 
-void Drag(wxWindow& window, wxPoint from, wxPoint to)
+HeldButton::HeldButton(wxWindow& window, wxPoint at)
 {
-    constexpr int STEPS = 5;
-    const wxPoint start = window.ClientToScreen(from); // the window itself may move
-    const wxPoint way = to - from;
-    wxUIActionSimulator simulator;
-    simulator.MouseMove(start);
+    MoveTo(window, at);
+    wxUIActionSimulator().MouseDown();
     Pump();
-    simulator.MouseDown();
+}
+
+HeldButton::~HeldButton()
+{
+    wxUIActionSimulator().MouseUp();
     Pump();
-    for (int i = 1; i <= STEPS; ++i) {
-        simulator.MouseMove(start + way * i / STEPS);
-        Pump();
-    }
-    simulator.MouseUp();
-    Pump();
-    WaitForNextClick();
 }
 
 wxImage Screenshot(wxWindow& window)
@@ -90,14 +73,6 @@ wxImage Screenshot(wxWindow& window)
     memory.Blit(wxPoint(), size, &source, wxPoint());
     memory.SelectObject(wxNullBitmap);
     return bitmap.ConvertToImage();
-}
-
-EventCounter::EventCounter(wxWindow& window, const wxEventTypeTag<wxCommandEvent>& type)
-{
-    window.Bind(type, [this](wxCommandEvent& event) {
-        m_vEvents.push_back(event);
-        event.Skip();
-    });
 }
 
 ModalAnswer::ModalAnswer(Answer answer) : m_answer(std::move(answer))

@@ -1,14 +1,12 @@
 // What tests with windows share: an event loop to pump, a pointer, and answers to modal windows.
 #pragma once
 
-#include <wx/event.h>
 #include <wx/image.h>
 #include <wx/modalhook.h>
 #include <wx/toplevel.h>
 #include <wx/window.h>
 
 #include <functional>
-#include <vector>
 
 namespace LS::Tests {
 
@@ -18,9 +16,6 @@ void Pump(int nRounds = 8);
 /// Shows a top-level window and waits until it is on the screen, and active where a window manager runs.
 void ShowAndWait(wxTopLevelWindow& window);
 
-/// Whether a window manager runs on this display.
-bool HasWindowManager();
-
 /// Moves the pointer to a point of a window's client area, and lets the events through.
 void MoveTo(wxWindow& window, wxPoint at);
 
@@ -28,22 +23,17 @@ void MoveTo(wxWindow& window, wxPoint at);
 /// no double click.
 void Click(wxWindow& window, wxPoint at);
 
-/// Presses the left button at one point, moves in steps to another, and releases it there.
-void Drag(wxWindow& window, wxPoint from, wxPoint to);
+/// Holds the left button down from its making, at a point of a window's client area, to its end.
+class HeldButton {
+public:
+    HeldButton(wxWindow& window, wxPoint at);
+    HeldButton(const HeldButton&) = delete;
+    HeldButton& operator=(const HeldButton&) = delete;
+    ~HeldButton();
+};
 
 /// What the screen shows of a window's client area.
 wxImage Screenshot(wxWindow& window);
-
-/// Counts the command events of a type that reach a window.
-class EventCounter {
-public:
-    EventCounter(wxWindow& window, const wxEventTypeTag<wxCommandEvent>& type);
-    int Count() const { return static_cast<int>(m_vEvents.size()); }
-    const wxCommandEvent& Last() const { return m_vEvents.back(); }
-
-private:
-    std::vector<wxCommandEvent> m_vEvents;
-};
 
 /// Answers every modal window while it lives, in place of showing it.
 class ModalAnswer : public wxModalDialogHook {

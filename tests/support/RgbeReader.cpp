@@ -17,42 +17,28 @@ void Require(bool bTrue, const char* szFault)
         throw std::runtime_error(std::string("RGBE: ") + szFault);
 }
 
-std::span<const unsigned char> Take(const Bytes& bytes, std::size_t& nPosition, std::size_t nCount)
-{
-    Require(nCount <= bytes.size() - nPosition, "the file ends too early");
-    const auto taken = std::span(bytes).subspan(nPosition, nCount);
-    nPosition += nCount;
-    return taken;
-}
-
 std::string TakeLine(const Bytes& bytes, std::size_t& nPosition)
 {
     std::string sLine;
-    for (char c = 0; (c = static_cast<char>(Take(bytes, nPosition, 1)[0])) != '\n';)
-        sLine += c;
+    for (unsigned char c = 0; (c = bytes.at(nPosition++)) != '\n';)
+        sLine += static_cast<char>(c);
     return sLine;
-}
-
-bool StartsEncodedScanline(const Bytes& bytes, std::size_t nPosition)
-{
-    return bytes.size() - nPosition >= 4 && bytes[nPosition] == 2 && bytes[nPosition + 1] == 2 &&
-           bytes[nPosition + 2] < 128;
 }
 
 void ReadScanline(const Bytes& bytes, std::size_t& nPosition, std::span<Rgbe> row)
 {
-    if (!StartsEncodedScanline(bytes, nPosition)) {
-        for (Rgbe& pixel : row)
-            std::ranges::copy(Take(bytes, nPosition, 4), pixel.begin());
-        return;
-    }
-    const auto header = Take(bytes, nPosition, 4);
-    Require(header[2] * 256U + header[3] == row.size(), "a scanline of another width");
-    for (std::size_t k = 0; k < 4; ++k) {
+    const Rgbe start{bytes.at(nPosition), bytes.at(nPosition + 1), bytes.at(nPosition + 2),
+                     bytes.at(nPosition + 3)};
+    const bool bEncoded = start[0] == 2 && start[1] == 2 && start[2] < 128;
+    nPosition += bEncoded ? 4 : 0;
+    Require(!bEncoded || start[2] * 256U + start[3] == row.size(), "a scanline of another width");
+    for (std::size_t k = 0; bEncoded && k < 4; ++k) {
         const Bytes plane = ReadRgbePlane(bytes, nPosition, row.size());
         for (std::size_t i = 0; i < row.size(); ++i)
             row[i][k] = plane[i];
     }
+    for (std::size_t i = 0; !bEncoded && i < 4 * row.size(); ++i)
+        row[i / 4][i % 4] = bytes.at(nPosition++);
 }
 
 } // namespace
@@ -61,14 +47,12 @@ Bytes ReadRgbePlane(const Bytes& bytes, std::size_t& nPosition, std::size_t nCou
 {
     Bytes plane;
     while (plane.size() < nCount) {
-        const std::size_t nCode = Take(bytes, nPosition, 1)[0];
+        const std::size_t nCode = bytes.at(nPosition++);
         Require(nCode != 0, "an empty packet");
-        if (nCode > 128) {
-            plane.insert(plane.end(), nCode - 128, Take(bytes, nPosition, 1)[0]);
-        } else {
-            const auto literals = Take(bytes, nPosition, nCode);
-            plane.insert(plane.end(), literals.begin(), literals.end());
-        }
+        if (nCode > 128)
+            plane.insert(plane.end(), nCode - 128, bytes.at(nPosition++));
+        for (std::size_t i = 0; nCode <= 128 && i < nCode; ++i)
+            plane.push_back(bytes.at(nPosition++));
     }
     Require(plane.size() == nCount, "a packet leaves its plane");
     return plane;
@@ -80,13 +64,10 @@ RgbePicture ReadRgbe(const Bytes& bytes)
     std::size_t nPosition = 0;
     for (std::string sLine; !(sLine = TakeLine(bytes, nPosition)).empty();)
         picture.vsHeader.push_back(sLine);
-    Require(!picture.vsHeader.empty() && picture.vsHeader[0].starts_with("#?"), "no magic line");
+    Require(picture.vsHeader.at(0).starts_with("#?"), "no magic line");
     Require(std::ranges::count(picture.vsHeader, "FORMAT=32-bit_rle_rgbe") == 1, "another pixel format");
-
-    int nEnd = 0;
     const std::string sSize = TakeLine(bytes, nPosition);
-    const int nFields = std::sscanf(sSize.c_str(), "-Y %d +X %d%n", &picture.nHeight, &picture.nWidth, &nEnd);
-    Require(nFields == 2 && sSize.size() == static_cast<std::size_t>(nEnd), "no resolution line");
+    std::sscanf(sSize.c_str(), "-Y %d +X %d", &picture.nHeight, &picture.nWidth);
     Require(picture.nWidth > 0 && picture.nHeight > 0, "an empty picture");
 
     const auto nWidth = static_cast<std::size_t>(picture.nWidth);

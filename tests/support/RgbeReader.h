@@ -20,8 +20,7 @@ struct RgbePicture {
     std::vector<Rgbe> vPixels; ///< rows from the top, pixels from the left
 };
 
-/// Throws std::runtime_error on anything malformed: a wrong magic line or format, orientations other than
-/// -Y +X, a packet that leaves its plane, missing or excess bytes.
+/// Throws what the standard library has for it on anything malformed.
 RgbePicture ReadRgbe(const Bytes& bytes);
 
 /// Expands packets until nCount bytes are there, starting at nPosition and moving it behind them.

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstddef>
 #include <numbers>
+#include <utility>
 
 namespace LS::Tests {
 
@@ -90,14 +91,15 @@ std::vector<double> Bracket(int nImages, double dFactor)
 
 SyntheticSeries Reordered(const SyntheticSeries& series, const std::vector<std::size_t>& vnOrder)
 {
-    SyntheticSeries result{series.nWidth, series.nHeight, {}, {}, {}, {}, {}};
-    for (const std::size_t n : vnOrder) {
-        result.vsFiles.push_back(series.vsFiles[n]);
-        result.vfShutters.push_back(series.vfShutters[n]);
-        result.vfStops.push_back(series.vfStops[n]);
-        result.vfGains.push_back(series.vfGains[n]);
-        result.vfNDs.push_back(series.vfNDs[n]);
-    }
+    SyntheticSeries result = series;
+    const auto reorder = [&vnOrder](auto& values) {
+        const auto all = std::exchange(values, {});
+        for (const std::size_t n : vnOrder)
+            values.push_back(all[n]);
+    };
+    reorder(result.vsFiles);
+    for (auto* const values : {&result.vfShutters, &result.vfStops, &result.vfGains, &result.vfNDs})
+        reorder(*values);
     return result;
 }
 
