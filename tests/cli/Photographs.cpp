@@ -43,15 +43,10 @@ void WritePhotograph(const std::string& sPath, const Photograph& photograph)
         if (nPoint != std::string::npos)
             tags["Exif.Photo.SubSecTimeOriginal"] = photograph.taken->substr(nPoint + 1);
     }
-    const auto set = [&tags](const char* szKey, const std::optional<std::string>& value) {
-        if (!value)
-            return;
-        Exiv2::URationalValue rational;
-        rational.read(*value);
-        tags.add(Exiv2::ExifKey(szKey), &rational);
-    };
-    set("Exif.Photo.ExposureTime", photograph.exposureTime);
-    set("Exif.Photo.FNumber", photograph.fNumber);
+    if (photograph.exposureTime)
+        tags["Exif.Photo.ExposureTime"] = *photograph.exposureTime;
+    if (photograph.fNumber)
+        tags["Exif.Photo.FNumber"] = *photograph.fNumber;
     const auto file = Exiv2::ImageFactory::open(sPath);
     file->setExifData(tags);
     file->writeMetadata();

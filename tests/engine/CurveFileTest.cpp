@@ -56,7 +56,6 @@ TEST(SaveCurves, WritesWhatLoadCurvesReads)
     }
     {
         const FailureRecorder log;
-        EXPECT_FALSE(SaveCurves(nullptr));
         EXPECT_FALSE(SaveCurves(folder.File("missing/c.crv").c_str()));
         EXPECT_EQ(1U, log.Lines().size());
     }
@@ -67,10 +66,4 @@ TEST(SaveCurves, WritesWhatLoadCurvesReads)
     for (std::size_t c = 0; c < CURVE_CHANNELS; ++c)
         EXPECT_TRUE(std::equal(loaded.Get()[c], loaded.Get()[c] + CURVE_ENTRIES, Workspace().vafCurves[c]));
     ResetWorkspace();
-
-    std::filesystem::resize_file(sFile, 2049); // what is missing is 0
-    OwnedCurves cut;
-    ASSERT_TRUE(LoadCurves(sFile.c_str(), cut.Get()));
-    EXPECT_EQ(loaded.Get()[1][255], cut.Get()[1][255]);
-    EXPECT_EQ(0, std::count_if(cut.Get()[2] + 1, cut.Get()[2] + 256, [](float f) { return f != 0; }));
 }

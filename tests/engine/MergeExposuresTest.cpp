@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <filesystem>
 #include <optional>
 #include <sys/stat.h>
@@ -24,32 +25,7 @@ std::string CachePath()
     return NarrowPath(CacheFolder().substr(0, CacheFolder().size() - 1));
 }
 
-class MergeExposuresTest : public SeriesFixture {
-protected:
-    /// Pixels of all rows as MergeRow gives them.
-    std::vector<float> ExpectedFloats() const
-    {
-        std::vector<float> vfExposures, vfWeights, vfFloats;
-        ExposureList(series.vfShutters, series.vfStops, vfExposures);
-        BuildWeightTable(vfWeights);
-        OwnedCurves curves;
-        LoadCurves(nullptr, curves.Get());
-        std::vector<Bytes> vImages;
-        for (std::size_t i = 0; i < series.vsFiles.size(); ++i)
-            vImages.push_back(ReadBytes(File(i)));
-        const auto nWidth = static_cast<std::size_t>(series.nWidth);
-        for (std::size_t nAt = 0; nAt < vImages[0].size(); nAt += 4 * nWidth) {
-            std::vector<const unsigned char*> vRows;
-            vRows.reserve(vImages.size());
-            for (const Bytes& image : vImages)
-                vRows.push_back(&image[nAt]);
-            const auto pfRow =
-                MergeRow(vRows, series.nWidth, 3, vfExposures, curves.Get(), vfWeights, 8, 247);
-            vfFloats.insert(vfFloats.end(), pfRow.get(), pfRow.get() + 3 * nWidth);
-        }
-        return vfFloats;
-    }
-};
+using MergeExposuresTest = SeriesFixture;
 
 } // namespace
 
@@ -57,20 +33,31 @@ TEST_F(MergeExposuresTest, FillsFileAndWorkspace)
 {
     const FailureRecorder log;
     Photograph(6, 1001, 3); // every second row and column goes into the scaled-down copy
+    const Bytes shown = ReadBytes(File(1)), dark(shown.size());
+    WriteElements(File(0), dark); // so only the readings of the second image count
+    WriteElements(File(2), dark);
     ASSERT_TRUE(Merge());
     const HDRWorkspace& workspace = Workspace();
     EXPECT_EQ(6, workspace.nWidth);
     EXPECT_EQ(1001, workspace.nHeight);
     EXPECT_EQ(2, workspace.nScaledWidth);
     EXPECT_EQ(500, workspace.nScaledHeight);
-    const std::vector<float> vfExpected = ExpectedFloats();
-    WriteElements(folder.File("expected"), vfExpected);
     const std::string sFile = NarrowPath(workspace.sHDRFile);
-    EXPECT_TRUE(ReadBytes(folder.File("expected")) == ReadBytes(sFile));
+    const Bytes file = ReadBytes(sFile);
+    std::vector<float> vfMerged(std::size_t{3} * 6 * 1001), vfExposures;
+    ASSERT_EQ(vfMerged.size() * sizeof(float), file.size());
+    std::memcpy(vfMerged.data(), file.data(), file.size());
+    ExposureList(series.vfShutters, series.vfStops, vfExposures);
+    for (std::size_t n = 0; n < vfMerged.size(); ++n) {
+        const unsigned char z = shown[n / 3 * 4 + n % 3 + 1];
+        if (z >= 8 && z <= 247) {
+            EXPECT_FLOAT_EQ(workspace.vafCurves[n % 3][z] / vfExposures[1], vfMerged[n]) << n;
+        }
+    }
     for (std::size_t y = 0; y < 500; ++y)
         for (std::size_t x = 0; x < 2; ++x)
             ASSERT_TRUE(std::equal(&workspace.pfScaled[6 * y + 3 * x], &workspace.pfScaled[6 * y + 3 * x + 3],
-                                   &vfExpected[36 * y + 9 * x]))
+                                   &vfMerged[36 * y + 9 * x]))
                 << x << ", " << y;
     EXPECT_EQ(fs::perms(0600), fs::status(sFile).permissions()) << "the sources may be closed to others";
     EXPECT_TRUE(log.Lines().empty());
@@ -89,7 +76,6 @@ TEST_F(MergeExposuresTest, FailuresLeaveNothingButALogLine)
         std::int32_t width;
         bool leavesFile; // of floats, for the next start to remove
     } cases[] = {
-        {"missing source", [](const std::string& s) { fs::remove(s); }, "No such file", 4, false},
         {"source cut in its last row", [](const std::string& s) { fs::resize_file(s, fs::file_size(s) - 1); },
          "too short", 4, true},
         {"pipe as source",
@@ -132,18 +118,10 @@ TEST_F(MergeExposuresTest, FailuresLeaveNothingButALogLine)
     EmptyCacheFolder();
 }
 
-TEST(SaveHDRFile, ClearsTheCancelFlagAndRefusesWhatItCannotWrite)
+TEST(SaveHDRFile, ClearsTheCancelFlagAndFailsWithoutAResult)
 {
     RequestCancel();
     const TempFolder folder;
-    const FailureRecorder log;
-    const std::string sIn = folder.File("in"), sOut = folder.File("out");
-    EXPECT_FALSE(SaveHDRFile(sOut.c_str(), HDR_RADIANCE, nullptr)) << "no result";
+    EXPECT_FALSE(SaveHDRFile(folder.File("out").c_str(), HDR_RADIANCE, nullptr));
     EXPECT_FALSE(Workspace().bCancel);
-
-    WriteElements(sIn, std::vector<float>(3, 1));
-    EXPECT_FALSE(WriteHDRData(nullptr, sOut.c_str(), 1, 1, 0, nullptr));
-    EXPECT_FALSE(WriteHDRData(sIn.c_str(), sOut.c_str(), 0, 1, 0, nullptr));
-    EXPECT_FALSE(WriteHDRData(sIn.c_str(), sOut.c_str(), 1, 1, 3, nullptr));
-    EXPECT_FALSE(fs::exists(sOut));
 }

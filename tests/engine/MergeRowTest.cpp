@@ -158,12 +158,3 @@ TEST(WeightTable, TriangleWithDeadZones)
     EXPECT_EQ(8, nLow);
     EXPECT_EQ(247, nHigh);
 }
-
-TEST(ExposureList, ShutterAndAperture)
-{
-    Floats E{7};
-    EXPECT_TRUE(ExposureList({1 / 60.0F, 2}, {8, 1}, E));
-    ASSERT_EQ(3U, E.size()) << "appends";
-    EXPECT_NEAR(0.00215668, E[1], 5e-9); // half a unit of the last digit given
-    EXPECT_FLOAT_EQ(200 / 12.07488F, E[2]);
-}

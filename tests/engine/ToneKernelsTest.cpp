@@ -24,6 +24,9 @@ namespace {
 using Floats = std::vector<float>;
 
 constexpr std::size_t LARGEST_WIDTH = 40;
+constexpr float LARGEST = std::numeric_limits<float>::max();
+constexpr float INF = std::numeric_limits<float>::infinity();
+constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 
 float Radiance(std::mt19937& random)
 {
@@ -32,28 +35,9 @@ float Radiance(std::mt19937& random)
 
 float Special(std::mt19937& random)
 {
-    using Limits = std::numeric_limits<float>;
-    static constexpr std::array<float, 21> VALUES{0.0F,
-                                                  -0.0F,
-                                                  1.0F,
-                                                  -1.0F,
-                                                  Limits::denorm_min(),
-                                                  1e-40F,
-                                                  -1e-40F,
-                                                  -0.000023F,
-                                                  0.00001F,
-                                                  Limits::min(),
-                                                  -2e-5F,
-                                                  2.0F,
-                                                  -1.5F,
-                                                  Limits::max(),
-                                                  Limits::lowest(),
-                                                  3e37F,
-                                                  1e-20F,
-                                                  0.98F,
-                                                  Limits::infinity(),
-                                                  -Limits::infinity(),
-                                                  Limits::quiet_NaN()};
+    static constexpr std::array<float, 13> VALUES{0.0F,     -0.0F,  1.0F,        -1.5F,   -2e-5F,
+                                                  0.00001F, 1e-40F, 3e37F,       LARGEST, -LARGEST,
+                                                  INF,      -INF,   NOT_A_NUMBER};
     return random() % 3 ? VALUES[random() % VALUES.size()] : Radiance(random);
 }
 
@@ -148,7 +132,6 @@ TEST(ToneKernels, SumOfLogarithms)
 TEST(ToneKernels, Compression)
 {
     // From curves of a picture to ones whose parameters are no numbers, or whose bias turns the power round.
-    const float INF = std::numeric_limits<float>::infinity();
     const struct {
         float fExposure, fMax, fLogAverage, fBias;
     } curves[] = {{0, 1000, 1, 0.85F}, {2.5F, 30, -1, 0.85F}, {-5, 0.5F, -4, 0.85F},
@@ -247,13 +230,6 @@ TEST(ToneKernels, Bytes)
             EXPECT_EQ(expected, actual);
         });
     }
-}
-
-TEST(ToneKernels, NoneUnderThePlainLimit)
-{
-    const InstructionLimit limit(Util::InstructionSet::Plain);
-    EXPECT_EQ(nullptr, Lanes::Kernels());
-    EXPECT_FALSE(DisplayBytes(2.2F).HasTable());
 }
 
 } // namespace LS::Tests

@@ -2,17 +2,12 @@
 #include "HDRFile/FloatTiff.h"
 #include "HDRFile/OpenExr.h"
 #include "HDRFile/Radiance.h"
-#include "engine/HDRRoutine.h"
-#include "engine/HDRWorkspace.h"
-#include "engine/OwnedCurves.h"
 #include "tests/HDRFile/CachePicture.h"
 #include "tests/faults/Form.h"
 #include "tests/faults/MergeFixture.h"
 #include "tests/faults/shim/FailingSystem.h"
 #include "tests/support/FailureRecorder.h"
 #include "tests/support/RgbeReader.h"
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <new>
@@ -90,20 +85,13 @@ TEST(FailingAllocations, OfTheWriters)
 
 namespace {
 
-class FailingEngine : public testing::Test {
-protected:
-    ~FailingEngine() override { ResetWorkspace(); }
-
-    bool Merge() const { return MergeToFile(m_series); }
-
-    TempFolder m_folder;
-    SyntheticSeries m_series = Photograph(m_folder, RenderScene(60, 40), {}, Bracket(3, 4));
-};
+using FailingEngine = MergeFixture;
 
 } // namespace
 
 TEST_F(FailingEngine, MergesWholeOrNotAtAll)
 {
+    Photograph(60, 40, 3, 4);
     ASSERT_TRUE(Merge());
     const Bytes whole = ReadBytes(FloatCachePath());
     ASSERT_EQ(60U * 40 * 12, whole.size());
@@ -114,10 +102,10 @@ TEST_F(FailingEngine, MergesWholeOrNotAtAll)
 
 TEST_F(FailingEngine, RecoversWholeOrNotAtAll)
 {
+    Photograph(60, 40, 3, 4);
     const Operation recover = [this] {
         OwnedCurves curves;
-        return CalculateCurves(m_series.vsFiles, m_series.nWidth, m_series.nHeight, m_series.vfShutters,
-                               m_series.vfStops, m_series.vfGains, m_series.vfNDs, curves.Get(), nullptr);
+        return Recover(curves);
     };
     const Operation any = [] { return true; };
     Sweep({"read"}, recover, any);
@@ -130,16 +118,13 @@ TEST_F(FailingEngine, RecoversWholeOrNotAtAll)
 
 TEST_F(FailingEngine, MapsWholeOrNotAtAll)
 {
+    Photograph(60, 40, 3, 4);
     ASSERT_TRUE(Merge());
-    Bytes pixels(std::size_t{60} * 40 * 3);
+    const Bytes whole = MapFull(nullptr);
+    LS::Util::PixelBuffer pPixels;
     const Operation map = [&] {
-        std::int32_t nWidth = 0, nHeight = 0;
-        const LS::Util::PixelBuffer pPixels(ToneMapFull(0, 2.2F, &nWidth, &nHeight, nullptr));
-        if (pPixels)
-            std::copy_n(pPixels.get(), pixels.size(), pixels.begin());
+        pPixels.reset(::ToneMapFull(0, 2.2F, &nOutWidth, &nOutHeight, nullptr));
         return pPixels != nullptr;
     };
-    ASSERT_TRUE(map());
-    const Bytes whole = pixels;
-    Sweep({"malloc", "read"}, map, [&] { return pixels == whole; });
+    Sweep({"malloc", "read"}, map, [&] { return std::equal(whole.begin(), whole.end(), pPixels.get()); });
 }

@@ -32,7 +32,7 @@ FaultyProgram::FaultyProgram(int nWidth, int nHeight)
 {
 }
 
-ProgramRun FaultyProgram::MergeWith(Arguments arguments, const Names& outputs, RunOptions options) const
+ProgramRun FaultyProgram::Merge(const Names& outputs, RunOptions options, Arguments arguments) const
 {
     arguments.insert(arguments.end(), m_vsImages.begin(), m_vsImages.end());
     arguments.emplace_back("--force");
@@ -86,6 +86,14 @@ void FaultyProgram::ExpectWholeFiles(const ProgramRun& run, const Names& outputs
         EXPECT_TRUE(bOlder || SameContent(sOutput, now, whole))
             << sOutput << " has " << now.size() << " bytes; code " << run.code;
     }
+}
+
+void FaultyProgram::RemoveTraces() const
+{
+    for (const TempFolder* const pFolder : {&m_temporary, &m_outputs})
+        for (const std::string& sName : pFolder->Names())
+            if (sName.find("lumistrand-") <= 1)
+                std::filesystem::remove_all(pFolder->File(sName));
 }
 
 } // namespace LS::Tests

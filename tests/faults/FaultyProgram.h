@@ -17,13 +17,8 @@ protected:
     /// Runs the program on the series, with --force.
     /// @param outputs  names in the folder of outputs; a name in .crv is that of the curves, and "ldr.tif" is
     ///                 the tone-mapped TIFF
-    ProgramRun Merge(const Names& outputs, const RunOptions& options = {}) const
-    {
-        return MergeWith({}, outputs, options);
-    }
-
-    /// The same with further options in front.
-    ProgramRun MergeWith(Arguments arguments, const Names& outputs, RunOptions options = {}) const;
+    /// @param arguments  further options in front
+    ProgramRun Merge(const Names& outputs, RunOptions options = {}, Arguments arguments = {}) const;
 
     /// Fills the folder of outputs, or another one, with older files of these names.
     void PutOlderFiles(const Names& outputs, const std::string& sFolder = "") const;
@@ -36,6 +31,10 @@ protected:
 
     /// The part of it that concerns the names asked for.
     void ExpectWholeFiles(const ProgramRun& run, const Names& outputs, const std::string& sFolder);
+
+    /// Removes what no program can take away after a sudden end: its working folder, and outputs without a
+    /// name.
+    void RemoveTraces() const;
 
     /// What an untroubled run writes under each of some names, found out once.
     const std::map<std::string, Bytes>& Untroubled(const Names& outputs);

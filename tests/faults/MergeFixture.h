@@ -1,24 +1,28 @@
 // A merge within this process, with whatever may go wrong around it.
 #pragma once
 
-#include "Util/PixelBuffer.h"
 #include "engine/ProgbarSetter.h"
-#include "tests/support/SyntheticSeries.h"
-#include "tests/support/TempFolder.h"
+#include "tests/engine/SeriesFixture.h"
 
 #include <array>
 #include <functional>
-#include <optional>
 #include <string>
+#include <utility>
 
 namespace LS::Tests {
 
 /// Does something once, at the first position that is reported from some value on.
 class ActingProgress : public ProgressTarget {
 public:
-    ActingProgress(int nAt, std::function<void()> act);
+    ActingProgress(int nAt, std::function<void()> act) : m_nAt(nAt), m_act(std::move(act)) {}
 
-    bool Update(int value, const wxString& newmsg, bool* skip) override;
+    bool Update(int value, const wxString&, bool*) override
+    {
+        if (value >= m_nAt)
+            if (const auto act = std::exchange(m_act, {}))
+                act();
+        return true;
+    }
 
     /// A setter of 0 to 100 on this target.
     ProgbarSetter Setter() { return {this, -1, 0, 100}; }
@@ -28,38 +32,35 @@ private:
     std::function<void()> m_act;
 };
 
-enum class Curves { Standard, Recovered };
-
-/// Merges a series into the workspace. @return the preview's pixels; nothing if there is none
-std::optional<Bytes> Merge(const SyntheticSeries& series, Curves curves, ProgressTarget* pTarget = nullptr);
-
-/// The same without a preview. @return whether it is merged
-bool MergeToFile(const SyntheticSeries& series);
-
-/// Maps what is merged in full size, with a progress: then the way depends on the size. @return its pixels;
-/// null if that failed
-Util::PixelBuffer MapWithProgress(std::int32_t& nWidth, std::int32_t& nHeight,
-                                  ProgressTarget* pTarget = nullptr);
-
-/// All that comes of a merge; no preview and empty files if it failed.
+/// All that comes of a merge; nothing if it failed.
 struct Results {
-    std::optional<Bytes> preview;
+    Bytes preview;
     std::array<Bytes, 3> files; ///< of the 32-bit formats
     Bytes mapped;
 
     bool operator==(const Results&) const = default;
 };
 
-/// Merges a series with the standard curve, saves and maps it. A failure after the merge fails the test.
-Results ResultsOf(const SyntheticSeries& series);
+enum class CurveKind { Standard, Recovered };
 
-/// A series of given exposures without a scene behind it: gradients whose phase differs between the images.
-SyntheticSeries PlainSeries(const TempFolder& folder, std::int32_t nWidth, std::int32_t nHeight, int nImages);
+class MergeFixture : public SeriesFixture {
+protected:
+    /// The preview's pixels; none after a failure.
+    Bytes Preview(CurveKind curves, ProgressTarget* pTarget = nullptr);
 
-/// The narrow path of the float cache file.
-std::string FloatCachePath();
+    /// Maps what is merged in full size, with a progress: then the way depends on the size.
+    Bytes MapWithProgress();
 
-/// A number of this process's memory in KiB: "VmRSS:" what is resident, "VmHWM:" its peak.
-long MemoryInUse(const char* szField);
+    /// Merges the series with the standard curve, saves and maps it. A failure after the merge fails the
+    /// test.
+    Results ResultsOfSeries();
+
+    /// Takes a series of given exposures without a scene behind it: gradients whose phase differs between the
+    /// images.
+    void TakeGradients(std::int32_t nWidth, std::int32_t nHeight, int nImages);
+
+    /// The narrow path of the float cache file.
+    static std::string FloatCachePath() { return Util::NarrowPath(Workspace().sHDRFile); }
+};
 
 } // namespace LS::Tests

@@ -18,8 +18,7 @@ std::ptrdiff_t Place(const Bytes& bytes, std::mt19937& random)
 
 void SetNumber(Bytes& bytes, std::ptrdiff_t nPlace, std::mt19937& random)
 {
-    constexpr std::uint32_t NUMBERS[] = {0,      1,      0x7F,    0x80,       0xFF,       0x7FFF,
-                                         0x8000, 0xFFFF, 0x10000, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF};
+    constexpr std::uint32_t NUMBERS[] = {0, 1, 0x7F, 0xFF, 0x7FFF, 0xFFFF, 0x10000, 0x7FFFFFFF, 0xFFFFFFFF};
     const std::uint32_t nNumber = NUMBERS[random() % std::size(NUMBERS)];
     const std::ptrdiff_t nBytes = std::ptrdiff_t{1} << random() % 3;
     const bool bLowFirst = random() % 2;
@@ -33,25 +32,21 @@ void DamageOnce(Bytes& bytes, std::mt19937& random)
     const std::ptrdiff_t nPlace = Place(bytes, random);
     const auto first = bytes.begin() + nPlace;
     const auto last = first + std::min<std::ptrdiff_t>(bytes.end() - first, random() % 64);
-    switch (random() % 8) {
+    const Bytes piece(first, last);
+    switch (random() % 6) {
     case 0:
         return bytes.resize(static_cast<std::size_t>(nPlace));
     case 1:
-    case 2:
         *first ^= static_cast<unsigned char>(1U << random() % 8);
         return;
-    case 3:
-        std::fill(first, last, 0);
-        return;
-    case 4:
-    case 5:
-        return SetNumber(bytes, nPlace, random);
-    case 6:
+    case 2:
         bytes.erase(first, last);
         return;
-    default:
-        const Bytes piece(first, last);
+    case 3:
         bytes.insert(bytes.begin() + Place(bytes, random), piece.begin(), piece.end());
+        return;
+    default:
+        return SetNumber(bytes, nPlace, random);
     }
 }
 

@@ -7,8 +7,8 @@
 
 namespace LS::Tests {
 
-/// Does one to four kinds of damage: flipped bits, bytes and numbers at their limits, pieces cut out,
-/// repeated or filled with zeros, an early end.
+/// Does one to four kinds of damage: flipped bits, numbers at their limits, pieces cut out or repeated, an
+/// early end.
 Bytes Mutated(Bytes bytes, std::mt19937& random);
 
 } // namespace LS::Tests

@@ -1,8 +1,5 @@
 // Disks that are full at one attempt and have room at the next.
-#include "Util/Paths.h"
 #include "engine/CacheFolder.h"
-#include "engine/HDRRoutine.h"
-#include "engine/HDRWorkspace.h"
 #include "image/LdrSave.h"
 #include "image/SourceCache.h"
 #include "tests/faults/Form.h"
@@ -11,7 +8,6 @@
 #include "tests/support/FailureRecorder.h"
 #include "xml/Config.h"
 
-#include <gtest/gtest.h>
 #include <wx/image.h>
 #include <wx/init.h>
 
@@ -29,18 +25,8 @@ namespace {
 
 constexpr std::size_t PAGE = 4096, DISK = 4 << 20;
 
-/// What of the window's work needs room.
-struct Step {
-    std::string sName;
-    std::function<bool()> run;
-    std::string sFile;  ///< what it leaves; empty: nothing that could be compared
-    std::size_t nRoom;  ///< in bytes, at first
-    std::string sOlder; ///< the content of an older file, which stays; empty: there is none
-    bool bMerges = false;
-};
-
 /// A small disk, on which the cache folder lies as well.
-class RoomAgain : public testing::Test {
+class RoomAgain : public MergeFixture {
 protected:
     void SetUp() override
     {
@@ -69,29 +55,29 @@ protected:
         ::close(nFile);
     }
 
-    /// Runs a step on a full disk, and once more when there is room.
-    void Expect(const Step& step) const
+    /// Takes a step of the window's work on a full disk, and once more when there is room.
+    /// @param sFile   what it leaves; empty: nothing that could be compared
+    /// @param sOlder  the content of an older file, which stays; empty: there is none
+    void Expect(const std::function<bool()>& step, const std::string& sFile = "",
+                std::size_t nRoom = 2 * PAGE, const std::string& sOlder = "") const
     {
-        SCOPED_TRACE(step.sName);
-        ASSERT_TRUE(step.run());
-        const Bytes whole = ReadBytes(step.sFile);
-        if (step.bMerges)
-            ResetWorkspace();
-        fs::remove(step.sFile);
-        if (!step.sOlder.empty())
-            WriteText(step.sFile, step.sOlder);
+        ASSERT_TRUE(step());
+        const Bytes whole = ReadBytes(sFile);
+        fs::remove(sFile);
+        if (!sOlder.empty())
+            WriteText(sFile, sOlder);
 
-        Fill(step.nRoom);
+        Fill(nRoom);
         {
             const FailureRecorder failures;
-            EXPECT_FALSE(step.run());
-            EXPECT_FALSE(failures.Lines().empty());
+            EXPECT_FALSE(step()) << sFile;
+            EXPECT_FALSE(failures.Lines().empty()) << sFile;
         }
-        EXPECT_TRUE(step.sOlder.empty() || step.sOlder == ReadText(step.sFile));
+        EXPECT_TRUE(sOlder.empty() || sOlder == ReadText(sFile)) << sFile;
 
         fs::remove(OnDisk("filling"));
-        EXPECT_TRUE(step.run());
-        EXPECT_EQ(whole, ReadBytes(step.sFile));
+        EXPECT_TRUE(step());
+        EXPECT_EQ(whole, ReadBytes(sFile)) << sFile;
     }
 
     const wxInitializer m_library;
@@ -114,36 +100,31 @@ TEST_F(RoomAgain, IsAllThatAStepNeeds)
 {
     if (!m_disk.IsMounted())
         return;
-    const TempFolder folder;
-    const SyntheticSeries series = PlainSeries(folder, 1501, 12, 2); // its luminance goes through a file
+    TakeGradients(1501, 12, 2); // its luminance goes through a file
     wxImage picture(1501, 12);
     std::mt19937 random(1);
     for (int i = 0; i < 3 * 1501 * 12; ++i)
         picture.GetData()[i] = static_cast<unsigned char>(random()); // which no format packs
-    const auto map = [] {
-        std::int32_t nWidth = 0, nHeight = 0;
-        return MapWithProgress(nWidth, nHeight) != nullptr;
-    };
-    const auto saveCurve = [sFile = OnDisk("x.crv")] { // its result says nothing of what was written
-        return SaveCurves(sFile.c_str()) && fs::file_size(sFile) == 3072;
-    };
 
-    constexpr std::size_t ROOM = 2 * PAGE;
     const std::string sOlder = "<a Version='6'/>";
-    Expect({"convert", [&] { return WriteSourceCacheFile(picture, OnDisk("a.tmp"), {}); }, OnDisk("a.tmp"),
-            ROOM, ""});
-    Expect({"merge", [&] { return Merge(series, Curves::Standard).has_value(); }, "", ROOM, "", true});
-    Expect({"split luminance", map, "", ROOM, ""});
-    Expect({"save a curve", saveCurve, OnDisk("x.crv"), 0, ""});
+    Expect([&] { return WriteSourceCacheFile(picture, OnDisk("a.tmp"), {}); }, OnDisk("a.tmp"));
+    Expect([&] {
+        const bool bDone = Merge();
+        ResetWorkspace(); // its file takes room
+        return bDone;
+    });
+    ASSERT_TRUE(Merge());
+    Expect([&] { return !MapWithProgress().empty(); });
+    const std::string sCurve = OnDisk("x.crv"); // the result of saving says nothing of what was written
+    Expect([&] { return SaveCurves(sCurve.c_str()) && fs::file_size(sCurve) == 3072; }, sCurve, 0);
     for (std::int32_t nFormat = 0; nFormat < 3; ++nFormat) {
         const std::string sFile = OnDisk("32 bits " + std::to_string(nFormat));
-        Expect({sFile, [=] { return SaveHDRFile(sFile.c_str(), nFormat, nullptr); }, sFile, ROOM, ""});
+        Expect([&] { return SaveHDRFile(sFile.c_str(), nFormat, nullptr); }, sFile);
     }
     for (const LdrFormat format : {LdrFormat::Jpeg, LdrFormat::Png, LdrFormat::Tiff, LdrFormat::Bmp}) {
         const std::string sFile = OnDisk("8 bits " + std::to_string(static_cast<int>(format)));
         const auto save = [&] { return SaveLdr(picture, sFile, format) == LdrOutcome::Saved; };
-        Expect({sFile, save, sFile, ROOM, sOlder});
+        Expect(save, sFile, 2 * PAGE, sOlder);
     }
-    Expect({"save the settings", [&] { return SaveSettings(m_disk.Path()); }, OnDisk("lsConfigHDR.xml"), 0,
-            sOlder});
+    Expect([&] { return SaveSettings(m_disk.Path()); }, OnDisk("lsConfigHDR.xml"), 0, sOlder);
 }

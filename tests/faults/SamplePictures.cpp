@@ -5,17 +5,15 @@
 #include "tests/support/BytePieces.h"
 
 #include <wx/imagpng.h>
-#include <wx/mstream.h>
+#include <wx/imagtiff.h>
 
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
 #include <stdexcept>
 #include <string_view>
 
 #include <jpeglib.h> // wants the declarations of cstdio
-#include <tiffio.h>
+#include <tiff.h>
 #include <zlib.h>
 
 namespace LS::Tests {
@@ -24,115 +22,47 @@ namespace {
 
 constexpr int WIDTH = 40, HEIGHT = 24;
 
-unsigned char Level(int x, int y)
-{
-    return static_cast<unsigned char>(5 * x + 3 * y + x * y % 7);
-}
-
-/// An animated cursor of one frame: a RIFF file around a cursor.
-Bytes AnimatedCursor(const Bytes& cursor)
-{
-    Bytes header;
-    for (const unsigned nNumber : {36U, 1U, 1U, 0U, 0U, 0U, 0U, 10U, 1U})
-        Append(header, LittleEndian(nNumber));
-    const Bytes frames = Joined({BytesOf("fram"), RiffChunk("icon", cursor)});
-    return RiffChunk("RIFF", Joined({BytesOf("ACON"), RiffChunk("anih", header), RiffChunk("LIST", frames)}));
-}
-
-struct TiffKind {
-    const char* szName;
-    std::uint16_t nCompression, nBits, nSamples, nPhotometric;
-    bool bTiled = false;
-    const char* szMode = "w";
-};
-
-constexpr TiffKind TIFF_KINDS[] = {
-    {"none.tif", COMPRESSION_NONE, 8, 3, PHOTOMETRIC_RGB},
-    {"big-endian.tif", COMPRESSION_NONE, 16, 3, PHOTOMETRIC_RGB, false, "wb"},
-    {"deflate.tif", COMPRESSION_ADOBE_DEFLATE, 8, 4, PHOTOMETRIC_RGB},
-    {"packbits.tif", COMPRESSION_PACKBITS, 8, 1, PHOTOMETRIC_MINISBLACK},
-    {"jpeg.tif", COMPRESSION_JPEG, 8, 3, PHOTOMETRIC_YCBCR},
-    {"fax4.tif", COMPRESSION_CCITTFAX4, 1, 1, PHOTOMETRIC_MINISWHITE},
-    {"tiles.tif", COMPRESSION_LZW, 8, 3, PHOTOMETRIC_RGB, true},
-    {"big.tif", COMPRESSION_LZW, 8, 3, PHOTOMETRIC_RGB, false, "w8"},
-};
-
-void SetTags(TIFF* pTiff, const TiffKind& kind)
-{
-    TIFFSetField(pTiff, TIFFTAG_IMAGEWIDTH, WIDTH);
-    TIFFSetField(pTiff, TIFFTAG_IMAGELENGTH, HEIGHT);
-    TIFFSetField(pTiff, TIFFTAG_BITSPERSAMPLE, kind.nBits);
-    TIFFSetField(pTiff, TIFFTAG_SAMPLESPERPIXEL, kind.nSamples);
-    TIFFSetField(pTiff, TIFFTAG_PHOTOMETRIC, kind.nPhotometric);
-    TIFFSetField(pTiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
-    TIFFSetField(pTiff, TIFFTAG_COMPRESSION, kind.nCompression);
-    if (kind.nCompression == COMPRESSION_JPEG)
-        TIFFSetField(pTiff, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
-    if (kind.bTiled) {
-        TIFFSetField(pTiff, TIFFTAG_TILEWIDTH, 16);
-        TIFFSetField(pTiff, TIFFTAG_TILELENGTH, 16);
-    } else {
-        TIFFSetField(pTiff, TIFFTAG_ROWSPERSTRIP, 16); // what the blocks of JPEG ask for
-    }
-}
-
-Bytes Tiff(const TiffKind& kind)
-{
-    const TempFolder folder;
-    const std::string sPath = folder.File(kind.szName);
-    TIFF* const pTiff = TIFFOpen(sPath.c_str(), kind.szMode);
-    if (!pTiff)
-        throw std::runtime_error("can't write " + sPath);
-    SetTags(pTiff, kind);
-    Bytes piece(static_cast<std::size_t>(kind.bTiled ? TIFFTileSize(pTiff) : TIFFStripSize(pTiff)));
-    for (std::size_t i = 0; i < piece.size(); ++i)
-        piece[i] = Level(static_cast<int>(i % WIDTH), static_cast<int>(i / WIDTH));
-    const auto nPieces = kind.bTiled ? TIFFNumberOfTiles(pTiff) : TIFFNumberOfStrips(pTiff);
-    const auto nBytes = static_cast<tmsize_t>(piece.size());
-    for (std::uint32_t i = 0; i < nPieces; ++i) {
-        Bytes copy = piece; // some encoders work in the buffer
-        if (kind.bTiled)
-            TIFFWriteEncodedTile(pTiff, i, copy.data(), nBytes);
-        else
-            TIFFWriteEncodedStrip(pTiff, i, copy.data(), nBytes);
-    }
-    TIFFClose(pTiff);
-    return ReadBytes(sPath);
-}
-
-Bytes Png(int nFormat, int nBits, bool bAlpha)
+/// A picture with numbers for the library's writer of its format.
+Bytes EncodedWith(std::initializer_list<std::pair<wxString, int>> options, wxBitmapType type,
+                  bool bAlpha = false)
 {
     wxImage image = BlockPicture(WIDTH, HEIGHT);
     if (bAlpha)
         image.InitAlpha();
-    image.SetOption(wxIMAGE_OPTION_PNG_FORMAT, nFormat);
-    image.SetOption(wxIMAGE_OPTION_PNG_BITDEPTH, nBits);
-    return Encoded(image, wxBITMAP_TYPE_PNG);
+    for (const auto& [sName, nValue] : options)
+        image.SetOption(sName, nValue);
+    return Encoded(image, type);
+}
+
+Bytes Png(int nFormat, int nBits, bool bAlpha = false)
+{
+    return EncodedWith({{wxIMAGE_OPTION_PNG_FORMAT, nFormat}, {wxIMAGE_OPTION_PNG_BITDEPTH, nBits}},
+                       wxBITMAP_TYPE_PNG, bAlpha);
+}
+
+Bytes Tiff(int nCompression, int nBits = 8, int nSamples = 3)
+{
+    return EncodedWith({{wxIMAGE_OPTION_TIFF_COMPRESSION, nCompression},
+                        {wxIMAGE_OPTION_TIFF_BITSPERSAMPLE, nBits},
+                        {wxIMAGE_OPTION_TIFF_SAMPLESPERPIXEL, nSamples}},
+                       wxBITMAP_TYPE_TIFF);
 }
 
 constexpr std::size_t MEGABYTE = std::size_t{1} << 20;
 
-/// A packed megabyte of zeros that may stand again and again: no piece refers to the one before.
-struct PackedZeros {
-    Bytes first, next;
-};
-
-PackedZeros PackZeros()
+/// A megabyte of zeros as zlib packs it. Without its two bytes in front it may stand again and again.
+Bytes PackedZeros()
 {
-    Bytes zeros(MEGABYTE);
+    Bytes zeros(MEGABYTE), packed(MEGABYTE);
     z_stream stream{};
     if (deflateInit(&stream, Z_BEST_COMPRESSION) != Z_OK)
         throw std::runtime_error("nothing can be packed");
-    PackedZeros packed;
-    for (Bytes* const pPiece : {&packed.first, &packed.next}) {
-        pPiece->resize(MEGABYTE);
-        stream.next_in = zeros.data();
-        stream.avail_in = static_cast<uInt>(zeros.size());
-        stream.next_out = pPiece->data();
-        stream.avail_out = static_cast<uInt>(pPiece->size());
-        deflate(&stream, Z_FULL_FLUSH);
-        pPiece->resize(pPiece->size() - stream.avail_out);
-    }
+    stream.next_in = zeros.data();
+    stream.avail_in = static_cast<uInt>(zeros.size());
+    stream.next_out = packed.data();
+    stream.avail_out = static_cast<uInt>(packed.size());
+    deflate(&stream, Z_FULL_FLUSH);
+    packed.resize(packed.size() - stream.avail_out);
     deflateEnd(&stream);
     return packed;
 }
@@ -160,7 +90,7 @@ Bytes Jpeg(const JpegLayout& layout)
     Bytes row(static_cast<std::size_t>(layout.nWidth) * static_cast<std::size_t>(layout.nChannels));
     for (int y = 0; y < layout.nHeight; ++y) {
         for (std::size_t i = 0; i < row.size(); ++i)
-            row[i] = Level(static_cast<int>(i), y);
+            row[i] = static_cast<unsigned char>(5 * i + 3 * static_cast<unsigned>(y));
         unsigned char* pRow = row.data();
         jpeg_write_scanlines(&info, &pRow, 1);
     }
@@ -189,10 +119,10 @@ Bytes JpegOfManyScans(int nWidth, int nHeight, int nScans)
 
 Bytes PngOfTooMuch(int nMegabytes)
 {
-    const PackedZeros packed = PackZeros();
-    Bytes chunk = Joined({BytesOf("IDAT"), packed.first});
+    const Bytes packed = PackedZeros(), again(packed.begin() + 2, packed.end());
+    Bytes chunk = Joined({BytesOf("IDAT"), packed});
     for (int i = 1; i < nMegabytes; ++i)
-        Append(chunk, packed.next);
+        Append(chunk, again);
 
     const Bytes file = Encoded(wxImage(64, 64), wxBITMAP_TYPE_PNG);
     const auto place = [&file](std::string_view sName) {
@@ -207,16 +137,22 @@ std::vector<SamplePicture> SamplePictures()
 {
     const wxImage picture = BlockPicture(WIDTH, HEIGHT);
     std::vector<SamplePicture> vPictures{
-        {"picture.ani", AnimatedCursor(Encoded(picture, wxBITMAP_TYPE_CUR))},
-        {"picture.png", Png(wxPNG_TYPE_COLOUR, 8, false)},
+        {"picture.png", Png(wxPNG_TYPE_COLOUR, 8)},
         {"deep.png", Png(wxPNG_TYPE_COLOUR, 16, true)},
-        {"grey.png", Png(wxPNG_TYPE_GREY, 8, false)},
-        {"palette.png", Png(wxPNG_TYPE_PALETTE, 8, false)},
+        {"grey.png", Png(wxPNG_TYPE_GREY, 8)},
+        {"palette.png", Png(wxPNG_TYPE_PALETTE, 8)},
         {"picture.jpg", Jpeg({})},
         {"progressive.jpg", Jpeg({.bProgressive = true})},
         {"arithmetic.jpg", Jpeg({.bArithmetic = true})},
         {"grey.jpg", Jpeg({.nChannels = 1})},
         {"cmyk.jpg", Jpeg({.nChannels = 4})},
+        {"none.tif", Tiff(COMPRESSION_NONE)},
+        {"deflate.tif", Tiff(COMPRESSION_ADOBE_DEFLATE)},
+        {"packbits.tif", Tiff(COMPRESSION_PACKBITS, 8, 1)},
+        {"jpeg.tif", Tiff(COMPRESSION_JPEG)},
+        {"fax4.tif", Tiff(COMPRESSION_CCITTFAX4, 1, 1)},
+        {"tiles.tif", GreyTiff({40, 24, 64})},
+        {"big.tif", GreyTiff({.nWidth = 64, .nHeight = 64, .bBig = true})},
     };
     const std::pair<const char*, wxBitmapType> written[] = {
         {"picture.bmp", wxBITMAP_TYPE_BMP}, {"picture.gif", wxBITMAP_TYPE_GIF},
@@ -225,8 +161,6 @@ std::vector<SamplePicture> SamplePictures()
         {"picture.xpm", wxBITMAP_TYPE_XPM}};
     for (const auto& [szName, type] : written)
         vPictures.push_back({szName, Encoded(picture, type)});
-    for (const TiffKind& kind : TIFF_KINDS)
-        vPictures.push_back({kind.szName, Tiff(kind)});
     return vPictures;
 }
 

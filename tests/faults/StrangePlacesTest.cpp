@@ -32,7 +32,7 @@ protected:
     {
         SCOPED_TRACE(std::string(szOption) + " " + sPlace);
         arguments.insert(arguments.end(), {szOption, sPlace});
-        ExpectFailure(nCode, sPlace, MergeWith(arguments, {}));
+        ExpectFailure(nCode, sPlace, Merge({}, {}, arguments));
         EXPECT_EQ(m_photograph, ReadBytes(m_vsImages[0]));
         EXPECT_EQ("precious", ReadText(m_places.File("file")));
         EXPECT_TRUE(fs::is_fifo(m_places.File("pipe")));
@@ -53,7 +53,7 @@ protected:
 TEST_F(StrangePlaces, AreRefused)
 {
     for (const char* szName : {"pipe", "folder", "link to pipe", "link to folder", "link to a photograph",
-                               "second name of a photograph", "loop", "link to missin", "file/x", "pipe/x"})
+                               "second name of a photograph", "loop", "link to missin", "file/x"})
         for (const char* szFormat : {"exr", "png"})
             ExpectRefused(4, {"--format", szFormat}, "-o", m_places.File(szName));
     ExpectRefused(4, {"--format", "exr"}, "-o", "/proc/new");
@@ -63,14 +63,11 @@ TEST_F(StrangePlaces, AreRefused)
         ExpectRefused(4, {"-o", "x.exr"}, "--save-curve", m_places.File(szName));
     for (const char* szName : {"pipe", "file", "loop", "missing"})
         ExpectRefused(3, {"-o", "x.exr"}, "--work-dir", m_places.File(szName));
-    for (const char* szName : {"device", "link to device"}) {
-        if (!m_bHasDevice)
-            continue;
-        ExpectRefused(4, {"--format", "exr"}, "-o", m_places.File(szName));
-        ExpectRefused(2, {"-o", "x.exr"}, "--curve", m_places.File(szName));
-        ExpectRefused(4, {"-o", "x.exr"}, "--save-curve", m_places.File(szName));
-        ExpectRefused(3, {"-o", "x.exr"}, "--work-dir", m_places.File(szName));
-    }
+    if (m_bHasDevice)
+        for (const char* szName : {"device", "link to device"}) {
+            ExpectRefused(4, {"--format", "exr"}, "-o", m_places.File(szName));
+            ExpectRefused(2, {"-o", "x.exr"}, "--curve", m_places.File(szName));
+        }
 }
 
 TEST_F(StrangePlaces, StandardOutputThatTakesNothingIsAFailure)

@@ -9,9 +9,6 @@
 #include <exiv2/exiv2.hpp>
 
 #include <algorithm>
-#include <cmath>
-#include <cstdint>
-#include <cstring>
 #include <string>
 
 using namespace LS::Tests;
@@ -105,17 +102,6 @@ std::vector<Bytes> Messages()
     return vSeeds;
 }
 
-/// Radiances behind the byte of a width.
-Bytes Radiances(std::uint8_t nWidth, std::size_t nValues)
-{
-    Bytes seed(1 + nValues * sizeof(float), nWidth);
-    for (std::size_t i = 0; i < nValues; ++i) {
-        const float fValue = std::exp2(static_cast<float>(i % 40) - 20.0F);
-        std::memcpy(&seed[1 + i * sizeof fValue], &fValue, sizeof fValue);
-    }
-    return seed;
-}
-
 } // namespace
 
 std::vector<Bytes> Seeds(std::string_view sTarget)
@@ -137,8 +123,6 @@ std::vector<Bytes> Seeds(std::string_view sTarget)
         return {Bytes(3072, 1), Bytes(3071, 2), Bytes(4000, 3), {}};
     if (sTarget == "FuzzNumber")
         return AllOf({"1/125", "0.5", "-2,25", "1e-3", "1e999", " 7 ", "nan", "0x1p3", "1/0", "1/2/"});
-    if (sTarget == "FuzzRgbe")
-        return {Radiances(7, 48), Radiances(8, 54), Radiances(255, 768), Radiances(0, 3)};
     return {};
 }
 

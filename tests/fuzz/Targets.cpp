@@ -1,7 +1,6 @@
 // What takes bytes from outside, each as one function for a fuzzer and for the tests.
 #include "tests/fuzz/Targets.h"
 
-#include "HDRFile/Rgbe.h"
 #include "Util/Assertion.h"
 #include "Util/FailureLog.h"
 #include "Util/FileDescriptor.h"
@@ -15,7 +14,6 @@
 #include "image/ExifThumbnail.h"
 #include "image/ImageDecoder.h"
 #include "image/ImageHeader.h"
-#include "tests/support/RgbeReader.h"
 #include "xml/XmlNode.h"
 
 #include <exiv2/exif.hpp>
@@ -28,7 +26,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -174,36 +171,6 @@ int FuzzNumber(const std::uint8_t* pData, std::size_t nBytes)
     ShownNumber(cell, 4);
     if (const auto text = NumberCellText(cell, 0.0005F, 100.0F))
         LS_ASSERT(ReadNumber(*text).value_or(-1) >= 0);
-    return 0;
-}
-
-int FuzzRgbe(const std::uint8_t* pData, std::size_t nBytes)
-{
-    if (nBytes < 2)
-        return 0;
-    const std::int32_t nWidth = pData[0] + 1;
-    const std::size_t nRow = 3 * static_cast<std::size_t>(nWidth);
-    const std::size_t nFloats = (nBytes - 1) / sizeof(float);
-    std::vector<float> vfPixels((nFloats / nRow + 1) * nRow); // one row at least
-    std::memcpy(vfPixels.data(), pData + 1, nFloats * sizeof(float));
-    const auto nHeight = static_cast<std::int32_t>(vfPixels.size() / nRow);
-
-    char* pFile = nullptr;
-    std::size_t nFile = 0;
-    FILE* const pStream = open_memstream(&pFile, &nFile);
-    LS_ASSERT(pStream != nullptr);
-    LS_ASSERT(WriteRgbeHeader(pStream, nWidth, nHeight, nullptr) == 0);
-    LS_ASSERT(WriteRgbeScanlines(pStream, vfPixels.data(), nWidth, nHeight) == 0);
-    LS_ASSERT(std::fclose(pStream) == 0);
-    const Tests::RgbePicture picture = Tests::ReadRgbe(Tests::Bytes(pFile, pFile + nFile));
-    std::free(pFile);
-
-    LS_ASSERT(picture.nWidth == nWidth && picture.nHeight == nHeight);
-    for (std::size_t i = 0; i < picture.vPixels.size(); ++i) {
-        Tests::Rgbe expected{};
-        FloatToRgbe(expected.data(), vfPixels[3 * i], vfPixels[3 * i + 1], vfPixels[3 * i + 2]);
-        LS_ASSERT(picture.vPixels[i] == expected);
-    }
     return 0;
 }
 

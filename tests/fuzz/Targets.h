@@ -17,7 +17,6 @@ int FuzzSettings(const std::uint8_t* pData, std::size_t nBytes);     ///< a sett
 int FuzzFileArgument(const std::uint8_t* pData, std::size_t nBytes); ///< a second start's message
 int FuzzCurve(const std::uint8_t* pData, std::size_t nBytes);        ///< a curve file
 int FuzzNumber(const std::uint8_t* pData, std::size_t nBytes);       ///< the text of a cell or an option
-int FuzzRgbe(const std::uint8_t* pData, std::size_t nBytes);         ///< a width, and radiances to encode
 
 /// To be called once before the targets.
 void PrepareTargets();
@@ -31,7 +30,6 @@ constexpr NamedTarget TARGETS[] = {
     {"FuzzDecode", FuzzDecode},     {"FuzzExif", FuzzExif},
     {"FuzzSettings", FuzzSettings}, {"FuzzFileArgument", FuzzFileArgument},
     {"FuzzCurve", FuzzCurve},       {"FuzzNumber", FuzzNumber},
-    {"FuzzRgbe", FuzzRgbe},
 };
 
 } // namespace LS::Fuzz

@@ -5,7 +5,7 @@
 //
 // LS_FAULT_CALL names the kind, LS_FAULT_NTH the first call that fails, and with
 // LS_FAULT_LASTING all later ones fail as well. LS_FAULT_MARK is the path of a file that appears when the
-// first failure happens. The kind "network" fails like the others; no call of it may ever be met.
+// first failure happens.
 #include "tests/faults/shim/FailingSystem.h"
 
 #include <atomic>
@@ -17,23 +17,19 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
-#include <netdb.h>
-#include <sys/mman.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/uio.h>
 #include <unistd.h>
 
 // The C library's own allocator, which needs no search for the next function of a name.
-extern "C" void* __libc_malloc(std::size_t);                // NOLINT(bugprone-reserved-identifier)
-extern "C" void* __libc_calloc(std::size_t, std::size_t);   // NOLINT(bugprone-reserved-identifier)
-extern "C" void* __libc_realloc(void*, std::size_t);        // NOLINT(bugprone-reserved-identifier)
-extern "C" void* __libc_memalign(std::size_t, std::size_t); // NOLINT(bugprone-reserved-identifier)
+extern "C" void* __libc_malloc(std::size_t);              // NOLINT(bugprone-reserved-identifier)
+extern "C" void* __libc_calloc(std::size_t, std::size_t); // NOLINT(bugprone-reserved-identifier)
+extern "C" void* __libc_realloc(void*, std::size_t);      // NOLINT(bugprone-reserved-identifier)
 
 namespace {
 
-enum class Kind { None, Write, Read, Close, Sync, Map, Rename, Allocate, Network };
+enum class Kind { None, Write, Read, Close, Sync, Rename, Allocate };
 
 /// Read once before main, so that a call costs no more than a comparison.
 Kind g_kind = Kind::None;
@@ -49,9 +45,10 @@ Kind KindOf(const char* szName)
     constexpr struct {
         const char* szName;
         Kind kind;
-    } KINDS[] = {{"write", Kind::Write},     {"read", Kind::Read},      {"close", Kind::Close},
-                 {"fsync", Kind::Sync},      {"mmap", Kind::Map},       {"rename", Kind::Rename},
-                 {"malloc", Kind::Allocate}, {"network", Kind::Network}};
+    } KINDS[] = {
+        {"write", Kind::Write}, {"read", Kind::Read},     {"close", Kind::Close},
+        {"fsync", Kind::Sync},  {"rename", Kind::Rename}, {"malloc", Kind::Allocate},
+    };
     for (const auto& known : KINDS)
         if (szName && std::strcmp(szName, known.szName) == 0)
             return known.kind;
@@ -211,20 +208,6 @@ int fsync(int nFile)
     return Fails(Kind::Sync, EIO) ? -1 : static_cast<int>(::syscall(SYS_fsync, nFile));
 }
 
-void* mmap64(void* pAddress, std::size_t nBytes, int nProtection, int nFlags, int nFile,
-             off64_t nOffset) noexcept
-{
-    if (Fails(Kind::Map, ENOMEM))
-        return MAP_FAILED;
-    return reinterpret_cast<void*>(
-        ::syscall(SYS_mmap, pAddress, nBytes, nProtection, nFlags, nFile, nOffset));
-}
-
-void* mmap(void* pAddress, std::size_t nBytes, int nProtection, int nFlags, int nFile, off_t nOffset) noexcept
-{
-    return mmap64(pAddress, nBytes, nProtection, nFlags, nFile, nOffset);
-}
-
 int rename(const char* szFrom, const char* szTo) noexcept
 {
     return Fails(Kind::Rename, EIO)
@@ -252,34 +235,6 @@ void* calloc(std::size_t nCount, std::size_t nSize)
 void* realloc(void* pOld, std::size_t nBytes)
 {
     return Fails(Kind::Allocate, ENOMEM) ? nullptr : __libc_realloc(pOld, nBytes);
-}
-
-void* aligned_alloc(std::size_t nAlignment, std::size_t nBytes)
-{
-    return Fails(Kind::Allocate, ENOMEM) ? nullptr : __libc_memalign(nAlignment, nBytes);
-}
-
-int posix_memalign(void** ppMemory, std::size_t nAlignment, std::size_t nBytes)
-{
-    if (Fails(Kind::Allocate, ENOMEM))
-        return ENOMEM;
-    *ppMemory = __libc_memalign(nAlignment, nBytes);
-    return *ppMemory ? 0 : ENOMEM;
-}
-
-int connect(int nSocket, const sockaddr* pAddress, socklen_t nBytes)
-{
-    if (Fails(Kind::Network, ENETUNREACH))
-        return -1;
-    return static_cast<int>(::syscall(SYS_connect, nSocket, pAddress, nBytes));
-}
-
-int getaddrinfo(const char* szNode, const char* szService, const addrinfo* pHints, addrinfo** ppResult)
-{
-    if (Fails(Kind::Network, ENETUNREACH))
-        return EAI_FAIL;
-    using Function = int(const char*, const char*, const addrinfo*, addrinfo**);
-    return CLibrary<Function>("getaddrinfo")(szNode, szService, pHints, ppResult);
 }
 
 } // extern "C"
