@@ -4,7 +4,6 @@
 #include "tests/image/Pictures.h"
 #include "tests/support/FailingCalls.h"
 #include "tests/support/FailureRecorder.h"
-#include "tests/support/SamplePicture.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -51,7 +50,7 @@ TEST(SaveLdr, SameBytesAsTheImageLibrary)
     } cases[] = {{FORMATS[0], 1}, {FORMATS[0], 100}, {FORMATS[1], 95}, {FORMATS[3], 95}, {FORMATS[4], 95}};
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.format.name << ", quality " << c.quality);
-        wxImage expected = SamplePicture({61, 47});
+        wxImage expected = BlockPicture(61, 47);
         if (c.format.format == LdrFormat::Jpeg && c.quality < 100)
             expected.SetOption("quality", c.quality);
         ASSERT_TRUE(expected.SaveFile(wxString(folder.File("expected")), c.format.type));
@@ -59,7 +58,7 @@ TEST(SaveLdr, SameBytesAsTheImageLibrary)
         LdrOptions options;
         options.nQuality = c.quality;
         const std::string sPath = folder.File("\xff%s \xe7\x85\xa7");
-        ASSERT_EQ(LdrOutcome::Saved, Save(SamplePicture({61, 47}), sPath, c.format.format, options));
+        ASSERT_EQ(LdrOutcome::Saved, Save(BlockPicture(61, 47), sPath, c.format.format, options));
         EXPECT_TRUE(ReadBytes(folder.File("expected")) == ReadBytes(sPath));
         EXPECT_TRUE(log.Lines().empty());
     }
@@ -68,7 +67,7 @@ TEST(SaveLdr, SameBytesAsTheImageLibrary)
 TEST(SaveLdr, TiffOptionsReachTheWriter)
 {
     const TempFolder folder;
-    const wxImage picture = SamplePicture({200, 200});
+    const wxImage picture = BlockPicture(200, 200);
     LdrOptions options;
     const auto size = [&](unsigned nCompression) {
         options.nCompression = nCompression;
@@ -90,7 +89,7 @@ TEST(SaveLdr, LateErrorsAndExceptionsKeepTheOldFile)
             const FailureRecorder log;
             const FailingCall disk(SystemCall::Fsync, nError);
             EXPECT_EQ(nError == THROWS ? LdrOutcome::Exception : LdrOutcome::Failed,
-                      Save(SamplePicture({3, 2}), folder.File("a"), format.format));
+                      Save(BlockPicture(3, 2), folder.File("a"), format.format));
             EXPECT_EQ(OLD, ReadBytes(folder.File("a")));
             EXPECT_EQ(std::vector<std::string>{"a"}, folder.Names());
             EXPECT_EQ(std::vector{"save: " + folder.File("a") + ": " + sReason}, log.Lines());
@@ -105,8 +104,8 @@ TEST(SaveLdr, PicturesThatAFormatCannotHold)
         LdrFormat format;
         LdrOutcome outcome;
     } cases[] = {
-        {"JPEG of 65501 columns", SamplePicture({65501, 1}), LdrFormat::Jpeg, LdrOutcome::Failed},
-        {"Targa of 65536 columns", SamplePicture({65536, 1}), LdrFormat::Targa, LdrOutcome::Failed},
+        {"JPEG of 65501 columns", BlockPicture(65501, 1), LdrFormat::Jpeg, LdrOutcome::Failed},
+        {"Targa of 65536 columns", BlockPicture(65536, 1), LdrFormat::Targa, LdrOutcome::Failed},
         {"bitmap of 4 GiB", PictureWithoutPixels(65536, 21846), LdrFormat::Bmp, LdrOutcome::Failed},
         {"TIFF of 4 GiB", PictureWithoutPixels(65536, 16384), LdrFormat::Tiff, LdrOutcome::OutOfMemory},
         {"no picture", wxImage(), LdrFormat::Png, LdrOutcome::Failed},
@@ -121,6 +120,6 @@ TEST(SaveLdr, PicturesThatAFormatCannotHold)
         EXPECT_EQ(1U, log.Lines().size());
     }
     const TempFolder folder;
-    EXPECT_EQ(LdrOutcome::Saved, Save(SamplePicture({65500, 1}), folder.File("a"), LdrFormat::Jpeg));
-    EXPECT_EQ(LdrOutcome::Saved, Save(SamplePicture({65535, 1}), folder.File("a"), LdrFormat::Targa));
+    EXPECT_EQ(LdrOutcome::Saved, Save(BlockPicture(65500, 1), folder.File("a"), LdrFormat::Jpeg));
+    EXPECT_EQ(LdrOutcome::Saved, Save(BlockPicture(65535, 1), folder.File("a"), LdrFormat::Targa));
 }
