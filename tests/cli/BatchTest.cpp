@@ -170,7 +170,7 @@ TEST_F(Batch, NothingIsReplacedUnaskedAndNoPhotographAtAll)
 
 TEST_F(Batch, TheEndOfOneMergeIsAFailureAndAnInterruptTheEndOfAll)
 {
-    TakeThreeSeries(20'000);
+    TakeThreeSeries(60'000); // so that each merge lasts long enough to be met
     RunOptions options;
     options.when = [this](pid_t nProgram) {
         const std::vector<pid_t> vnMerges = ChildrenOf(nProgram);
