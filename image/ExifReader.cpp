@@ -6,6 +6,9 @@
 #include "image/Exiv2Versions.h"
 #include "image/MetadataFile.h"
 
+#include <exiv2/exif.hpp>
+#include <exiv2/image.hpp>
+
 #include <exception>
 #include <stdexcept>
 #include <utility>

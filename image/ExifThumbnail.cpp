@@ -7,8 +7,12 @@
 #include "image/ImageDecoder.h"
 #include "image/MetadataFile.h"
 
+#include <exiv2/exif.hpp>
+#include <exiv2/image.hpp>
+
 #include <algorithm>
 #include <stdexcept>
+#include <vector>
 
 #include <wx/strconv.h>
 
@@ -45,8 +49,7 @@ wxImage ReadExifThumbnail(const wxString& path, Exiv2::ExifData& exif, std::stri
         return {};
 
     const Exiv2::ExifThumbC thumbnail(exif);
-    const Exiv2::DataBuf buffer = thumbnail.copy();
-    const std::span<const unsigned char> bytes = BytesOf(buffer);
+    const std::vector<unsigned char> bytes = BytesOf(thumbnail);
     if (bytes.empty())
         return {};
     DecodedImage decoded =

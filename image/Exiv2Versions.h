@@ -2,41 +2,19 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
+#include <vector>
 
-#include <exiv2/exif.hpp>
-#include <exiv2/image.hpp>
-#include <exiv2/version.hpp>
-
-#if EXIV2_TEST_VERSION(0, 28, 0)
+namespace Exiv2 {
+class Exifdatum;
+class ExifThumbC;
+class Image;
+} // namespace Exiv2
 
 /// The first value of a tag.
-inline std::int64_t IntegerOf(const Exiv2::Exifdatum& tag)
-{
-    return tag.toInt64(0);
-}
+std::int64_t IntegerOf(const Exiv2::Exifdatum& tag);
 
-/// Valid as long as the buffer.
-inline std::span<const unsigned char> BytesOf(const Exiv2::DataBuf& buffer)
-{
-    return {buffer.c_data(), buffer.size()};
-}
+/// The bytes of the small picture in the Exif data; empty if there is none.
+std::vector<unsigned char> BytesOf(const Exiv2::ExifThumbC& thumbnail);
 
-/// What isn't to be read is known by the library's name for it.
-constexpr Exiv2::ImageType IMAGE_TYPE_ASF = Exiv2::ImageType::asf;
-
-#else
-
-inline std::int64_t IntegerOf(const Exiv2::Exifdatum& tag)
-{
-    return tag.toLong(0);
-}
-
-inline std::span<const unsigned char> BytesOf(const Exiv2::DataBuf& buffer)
-{
-    return {buffer.pData_, buffer.pData_ ? static_cast<std::size_t>(buffer.size_) : 0};
-}
-
-constexpr int IMAGE_TYPE_ASF = 24; // the header with its name doesn't stand alone
-
-#endif
+/// Whether a file is a video of the kind ASF.
+bool IsAsf(const Exiv2::Image& image);

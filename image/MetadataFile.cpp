@@ -7,6 +7,8 @@
 #include "image/Exiv2Versions.h"
 #include "image/ImageHeader.h"
 
+#include <exiv2/exif.hpp>
+#include <exiv2/image.hpp>
 #include <exiv2/matroskavideo.hpp>
 #include <exiv2/quicktimevideo.hpp>
 #include <exiv2/riffvideo.hpp>
@@ -34,10 +36,9 @@ bool IsNoPhotograph(const Exiv2::Image& image)
     case Exiv2::ImageType::mkv:
     case Exiv2::ImageType::qtime:
     case Exiv2::ImageType::xmp:
-    case IMAGE_TYPE_ASF:
         return true;
     default:
-        return false;
+        return IsAsf(image);
     }
 }
 
