@@ -1,10 +1,14 @@
 // Disks of all sizes, from none to just enough: what is there is whole, and what was there stays.
 #include "tests/faults/FaultyProgram.h"
 #include "tests/faults/Form.h"
-#include "tests/faults/SmallDisk.h"
 
 #include <algorithm>
 #include <set>
+
+#include <fcntl.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <unistd.h>
 
 using namespace LS::Tests;
 
@@ -15,6 +19,60 @@ constexpr const char* NO_SPACE = "No space left on device";
 
 /// Wide enough for the way of the tone mapper that keeps luminance in a file.
 constexpr int WIDTH = 1600, HEIGHT = 40;
+
+bool WriteProcFile(const char* szPath, const std::string& sText)
+{
+    const int nFile = open(szPath, O_WRONLY | O_CLOEXEC);
+    const bool bWritten =
+        nFile >= 0 && write(nFile, sText.data(), sText.size()) == static_cast<ssize_t>(sText.size());
+    close(nFile);
+    return bWritten;
+}
+
+/// Mounts of this process are its own from then on. A user who isn't root becomes one of a namespace of
+/// users.
+bool LeaveMounts()
+{
+    const auto nUser = std::to_string(getuid()), nGroup = std::to_string(getgid());
+    if (unshare(CLONE_NEWNS) != 0) {
+        if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0)
+            return false;
+        WriteProcFile("/proc/self/setgroups", "deny");
+        if (!WriteProcFile("/proc/self/uid_map", "0 " + nUser + " 1") ||
+            !WriteProcFile("/proc/self/gid_map", "0 " + nGroup + " 1"))
+            return false;
+    }
+    return mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+}
+
+/// A file system in memory that holds some bytes, in whole pages, and goes with this object.
+///
+/// Mounting needs a mount namespace of the process's own, which the first disk makes; where the system
+/// refuses that to a test, there is no disk.
+class SmallDisk {
+public:
+    explicit SmallDisk(std::size_t nBytes)
+    {
+        static const bool bMayMount = LeaveMounts();
+        const std::string sSize = "size=" + std::to_string(std::max<std::size_t>(nBytes, 1));
+        m_bMounted =
+            bMayMount && mount("tmpfs", Path().c_str(), "tmpfs", MS_NOSUID | MS_NODEV, sSize.c_str()) == 0;
+    }
+    SmallDisk(const SmallDisk&) = delete;
+    SmallDisk& operator=(const SmallDisk&) = delete;
+    ~SmallDisk()
+    {
+        if (m_bMounted)
+            umount2(Path().c_str(), MNT_DETACH);
+    }
+
+    bool IsMounted() const { return m_bMounted; }
+    const std::string& Path() const { return m_folder.Path(); }
+
+private:
+    TempFolder m_folder;
+    bool m_bMounted = false;
+};
 
 class FullDisk : public FaultyProgram {
 protected:

@@ -3,33 +3,21 @@
 
 namespace LS::Tests {
 
-Bytes MergeFixture::Preview(CurveKind curves, ProgressTarget* pTarget)
-{
-    OwnedCurves owned;
-    if (curves == CurveKind::Standard)
-        LoadCurves(nullptr, owned.Get());
-    ProgbarSetter setter(pTarget, -1, 0, 100);
-    return Create(owned, pTarget ? &setter : nullptr);
-}
-
-Bytes MergeFixture::MapWithProgress()
-{
-    ActingProgress silent(1000, [] {});
-    ProgbarSetter setter = silent.Setter();
-    return MapFull(&setter);
-}
-
 Results MergeFixture::ResultsOfSeries()
 {
     Results results;
-    results.preview = Preview(CurveKind::Standard);
+    OwnedCurves curves;
+    LoadCurves(nullptr, curves.Get());
+    results.preview = Create(curves);
     if (results.preview.empty())
         return results;
     for (std::int32_t nFormat = 0; nFormat < 3; ++nFormat) {
         EXPECT_TRUE(SaveHDRFile(folder.File("out").c_str(), nFormat, nullptr));
         results.files[static_cast<std::size_t>(nFormat)] = ReadBytes(folder.File("out"));
     }
-    results.mapped = MapWithProgress();
+    RecordingProgress progress; // with one the way depends on the size
+    ProgbarSetter setter = progress.Setter();
+    results.mapped = MapFull(&setter);
     EXPECT_TRUE(nOutWidth == series.nWidth && nOutHeight == series.nHeight);
     return results;
 }

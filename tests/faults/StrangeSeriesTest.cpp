@@ -15,7 +15,11 @@ namespace {
 
 class StrangeSeries : public MergeFixture {
 protected:
-    bool Recovers() { return !Preview(CurveKind::Recovered).empty(); }
+    bool Recovers()
+    {
+        OwnedCurves curves;
+        return !Create(curves).empty();
+    }
 
     /// Merges the series with the standard curve, and looks at the sizes of what comes. @return whether it
     /// merges

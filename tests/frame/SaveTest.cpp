@@ -98,8 +98,14 @@ TEST_F(Save, FilesHaveTheBytesOfTheProgramWithoutWindows)
     EXPECT_FALSE(AsksToSave()) << "all is saved";
 }
 
-TEST_F(Save, AFailureIsReportedOrKeepsTheResultModified)
+TEST_F(Save, AFullDiskKeepsTheResultModifiedAndRoomIsAllThatIsMissing)
 {
+    {
+        const ResourceLimit fullDisk(RLIMIT_FSIZE, 100);
+        Command(ID_CREATE_HDR);
+    }
+    EXPECT_FALSE(IsOn(wxID_SAVE));
+    Command(ID_CREATE_HDR);
     WriteText(m_folder.File("x.png"), "an older file");
     const auto saveOnFullDisk = [this](int nDepth, const ModalAnswer::Answer& dialogs,
                                        const std::vector<Box>& boxes) {
@@ -113,6 +119,8 @@ TEST_F(Save, AFailureIsReportedOrKeepsTheResultModified)
                     {"#0002003 Unable to save! Please make sure the driver is writable and non-shared with "
                      "enough space."}});
     EXPECT_EQ("an older file", ReadText(m_folder.File("x.png")));
+    SaveWith(BIT_DEPTH_32, ChooseFile(m_folder.File("y.exr")));
+    EXPECT_EQ(ByHeadless(m_vsSources), ReadBytes(m_folder.File("y.exr")));
 }
 
 TEST_F(Save, TheQuestionBeforeAResultIsLost)

@@ -7,7 +7,6 @@
 #include "frame/FileDialogs.h"
 #include "frame/LumiStrandHDRFrm.h"
 #include "frame/Messages.h"
-#include "tests/locale/VisibleTexts.h"
 #include "tests/support/Gui.h"
 #include "tests/support/TempFolder.h"
 
@@ -17,6 +16,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
+#include <dlfcn.h>
 #include <functional>
 #include <map>
 #include <set>
@@ -24,10 +24,14 @@
 #include <utility>
 
 #include <wx/app.h>
+#include <wx/aui/auibook.h>
 #include <wx/button.h>
 #include <wx/choice.h>
+#include <wx/control.h>
+#include <wx/ctrlsub.h>
 #include <wx/filefn.h>
 #include <wx/filepicker.h>
+#include <wx/grid.h>
 #include <wx/msgdlg.h>
 #include <wx/timer.h>
 #include <wx/uiaction.h>
@@ -37,6 +41,100 @@ using namespace LS::Tests;
 namespace {
 
 using Texts = std::set<std::string>;
+
+/// A function of the toolkit, whose headers aren't installed.
+template <typename Result, typename... Arguments> Result Gtk(const char* szName, Arguments... arguments)
+{
+    return reinterpret_cast<Result (*)(Arguments...)>(dlsym(RTLD_DEFAULT, szName))(arguments...);
+}
+
+struct List {
+    void* data;
+    List* next;
+    List* previous;
+};
+
+bool Is(void* widget, const char* szTypeFunction)
+{
+    return Gtk<int>("g_type_check_instance_is_a", widget, Gtk<std::size_t>(szTypeFunction)) != 0;
+}
+
+void Take(Texts& texts, const char* szText)
+{
+    if (szText)
+        texts.insert(szText);
+}
+
+void Walk(void* widget, Texts& texts);
+
+void WalkShown(void* widget, void* texts)
+{
+    if (Gtk<int>("gtk_widget_get_mapped", widget))
+        Walk(widget, *static_cast<Texts*>(texts));
+}
+
+/// A menu that isn't open.
+void WalkMenu(void* widget, void* texts)
+{
+    if (Gtk<int>("gtk_widget_get_visible", widget))
+        Walk(widget, *static_cast<Texts*>(texts));
+    if (Is(widget, "gtk_container_get_type"))
+        Gtk<void>("gtk_container_forall", widget, &WalkMenu, texts);
+}
+
+void Walk(void* widget, Texts& texts)
+{
+    char* const szTip = Gtk<char*>("gtk_widget_get_tooltip_text", widget);
+    Take(texts, szTip);
+    Gtk<void>("g_free", szTip);
+    if (Is(widget, "gtk_label_get_type"))
+        Take(texts, Gtk<const char*>("gtk_label_get_text", widget));
+    if (Is(widget, "gtk_menu_item_get_type"))
+        if (void* const menu = Gtk<void*>("gtk_menu_item_get_submenu", widget))
+            WalkMenu(menu, &texts);
+    if (Is(widget, "gtk_container_get_type"))
+        Gtk<void>("gtk_container_forall", widget, &WalkShown, static_cast<void*>(&texts));
+}
+
+void Take(Texts& texts, const wxString& text)
+{
+    texts.insert(text.utf8_string());
+}
+
+void WalkDrawn(const wxWindow& window, Texts& texts)
+{
+    if (!window.IsShown())
+        return;
+    Take(texts, wxControl::RemoveMnemonics(window.GetLabel()));
+    if (const auto* const grid = dynamic_cast<const wxGrid*>(&window))
+        for (int i = 0; i < grid->GetNumberCols(); ++i)
+            Take(texts, grid->GetColLabelValue(i));
+    if (const auto* const book = dynamic_cast<const wxAuiNotebook*>(&window))
+        for (std::size_t i = 0; i < book->GetPageCount(); ++i)
+            Take(texts, book->GetPageText(i));
+    if (const auto* const list = dynamic_cast<const wxItemContainerImmutable*>(&window))
+        for (const wxString& entry : list->GetStrings())
+            Take(texts, entry);
+    for (const wxWindow* const child : window.GetChildren())
+        WalkDrawn(*child, texts);
+}
+
+/// What a user can read in the windows of this process that are on show now, the toolkit's own parts
+/// included. Texts of fields and the names of files are the user's own, and are left out.
+Texts VisibleTexts()
+{
+    Texts texts;
+    auto* const windows = Gtk<List*>("gtk_window_list_toplevels");
+    for (const List* entry = windows; entry; entry = entry->next)
+        if (Gtk<int>("gtk_widget_get_mapped", entry->data)) {
+            Take(texts, Gtk<const char*>("gtk_window_get_title", entry->data));
+            Walk(entry->data, texts);
+        }
+    Gtk<void>("g_list_free", windows);
+    for (const wxWindow* const window : wxTopLevelWindows)
+        WalkDrawn(*window, texts);
+    return texts;
+}
 
 /// Reads windows, modal ones while they are up.
 class Reader : private wxTimer {
@@ -162,29 +260,17 @@ const std::map<std::string, Texts> AS_IN_ENGLISH{
     {"Spanish", {"Gamma:", "No"}},
 };
 
-/// The locales of the languages, made by the system's compiler for them.
-class Locales {
-public:
-    explicit Locales(const LanguageMap& languages)
-    {
-        std::string sCommand;
-        for (const auto& [description, nNumber] : languages)
-            sCommand += Compile(FindLanguageRow(nNumber)->szCanonical) + " & ";
-        EXPECT_EQ(0, std::system((sCommand + "wait").c_str())); // NOLINT(bugprone-command-processor)
-        setenv("LOCPATH", m_folder.Path().c_str(), 1);
+/// Makes the locales of languages in a folder by the system's compiler, and lets them be found there.
+void MakeLocales(const TempFolder& folder, const LanguageMap& languages)
+{
+    std::string sCommand;
+    for (const auto& [description, nNumber] : languages) {
+        const std::string sName = FindLanguageRow(nNumber)->szCanonical;
+        sCommand += "localedef -i " + sName + " -f UTF-8 '" + folder.File(sName) + ".UTF-8' & ";
     }
-    Locales(const Locales&) = delete;
-    Locales& operator=(const Locales&) = delete;
-    ~Locales() { unsetenv("LOCPATH"); }
-
-private:
-    std::string Compile(const std::string& sName) const
-    {
-        return "localedef -i " + sName + " -f UTF-8 '" + m_folder.File(sName) + ".UTF-8'";
-    }
-
-    TempFolder m_folder;
-};
+    EXPECT_EQ(0, std::system((sCommand + "wait").c_str())); // NOLINT(bugprone-command-processor)
+    setenv("LOCPATH", folder.Path().c_str(), 1);
+}
 
 } // namespace
 
@@ -194,7 +280,8 @@ TEST(TranslatedWindows, ShowNoEnglish)
     LanguageChoice choice{FindLanguages(sProgram), nullptr};
     choice.languages.erase("Spanish (Modern)"); // the same texts as Spanish
     ASSERT_EQ(10U, choice.languages.size());
-    const Locales locales(choice.languages);
+    const TempFolder locales;
+    MakeLocales(locales, choice.languages);
     setenv("LANGUAGE", "en", 1); // the toolkit mustn't follow it
     wxSetWorkingDirectory("/");  // the file dialogs show its name
 

@@ -114,13 +114,15 @@ TEST_F(BusyFirst, IsOneOfManyAtOnce)
 
 TEST_F(SuddenEnd, LeavesThePlaceToALaterStart)
 {
-    ASSERT_TRUE(m_program.StartToMainWindow());
+    StartMerged();
     m_program.Signal(SIGSTOP); // holds lock and socket, and is deaf
-    Process next = m_program.StartAgain();
+    Process next = m_program.StartAgain({"x|/no/such.jpg"});
     m_program.Kill();
     ASSERT_TRUE(WaitForWindow(SPLASH_TITLE));
     ClickWindow(SPLASH_TITLE);
     EXPECT_TRUE(WaitForWindow(FRAME_TITLE));
+    EXPECT_TRUE(Becomes([this] { return m_program.CacheFiles().empty(); }))
+        << "a new series empties the cache";
 }
 
 TEST_F(SecondStart, StrangeBytesHarmNobody)

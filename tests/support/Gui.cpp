@@ -13,17 +13,11 @@
 
 namespace LS::Tests {
 
-namespace {
-
-constexpr int ROUND_MS = 5;
-
-} // namespace
-
 void Pump(int nRounds)
 {
     while (nRounds-- > 0) {
         wxYield();
-        wxMilliSleep(ROUND_MS);
+        wxMilliSleep(5);
     }
 }
 

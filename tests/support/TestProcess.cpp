@@ -27,21 +27,14 @@ extern "C" const char* __lsan_default_suppressions() // NOLINT(bugprone-reserved
 
 namespace LS::Tests {
 
-namespace {
-
-void StopAtLibraryAssertion(const wxString& file, int line, const wxString&, const wxString& condition,
-                            const wxString& message)
-{
-    std::fprintf(stderr, "%s:%d: %s %s\n", file.utf8_str().data(), line, condition.utf8_str().data(),
-                 message.utf8_str().data());
-    std::abort();
-}
-
-} // namespace
-
 void PrepareTestProcess()
 {
-    wxSetAssertHandler(StopAtLibraryAssertion);
+    wxSetAssertHandler([](const wxString& file, int line, const wxString&, const wxString& condition,
+                          const wxString& message) {
+        std::fprintf(stderr, "%s:%d: %s %s\n", file.utf8_str().data(), line, condition.utf8_str().data(),
+                     message.utf8_str().data());
+        std::abort();
+    });
     // Goes after main's last line and before the workspace, which empties the folder once more.
     static const TempFolder home;
     RedirectCacheFolder(home.WideFile("hdrcache"));

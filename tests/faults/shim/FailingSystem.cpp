@@ -145,11 +145,6 @@ ssize_t pwrite64(int nFile, const void* pData, std::size_t nBytes, off64_t nOffs
     return Fails(Kind::Write, ENOSPC) ? -1 : ::syscall(SYS_pwrite64, nFile, pData, nBytes, nOffset);
 }
 
-ssize_t pwrite(int nFile, const void* pData, std::size_t nBytes, off_t nOffset)
-{
-    return pwrite64(nFile, pData, nBytes, nOffset);
-}
-
 ssize_t writev(int nFile, const iovec* pParts, int nParts)
 {
     return Fails(Kind::Write, ENOSPC) ? -1 : ::syscall(SYS_writev, nFile, pParts, nParts);
