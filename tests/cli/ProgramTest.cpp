@@ -235,20 +235,35 @@ TEST_F(Program, KeepsItsWorkInTheFolderNamed)
     EXPECT_NE(ReadBytes(work.File("a.jpg.tmp")), ReadBytes(work.File("a.jpg.2.tmp")));
 
     ExpectFailure(4, "a.jpg.tmp", keep("y.exr")); // what is there in the folder is never replaced
+    for (const std::string& sName : names)
+        fs::remove(work.File(sName));
+    fs::create_symlink("nowhere", work.File("b.jpg.tmp"));
+    ExpectFailure(4, "b.jpg.tmp", keep("y.exr"));
     ExpectOnly({"x.exr", "x.hdr"});
 }
 
 TEST_F(Program, WhatComesUpMeanwhileIsNotReplaced)
 {
     WriteSeries(m_sources.Path(), 800, 600);
-    RunOptions options;
-    options.when = [&](pid_t) {
-        if (HasBegun())
-            WriteText(m_outputs.File("x.exr"), "mine");
-        return HasBegun();
+    const TempFolder work;
+    const auto merge = [&](const std::function<void()>& befall) {
+        RunOptions options;
+        options.when = [&](pid_t) {
+            const bool bWorks = work.Names().size() == 1 && !fs::is_empty(work.File(work.Names()[0]));
+            if (bWorks)
+                befall();
+            return bWorks;
+        };
+        return Run(Series({"-o", "x.exr", "--work-dir", work.Path(), "--keep-work"}), options);
     };
-    ExpectFailure(4, "x.exr", Run(Series({"-o", "x.exr"}), options));
+    ExpectFailure(4, "x.exr", merge([&] { WriteText(m_outputs.File("x.exr"), "mine"); }));
     EXPECT_EQ("mine", ReadText(m_outputs.File("x.exr")));
+    fs::remove(m_outputs.File("x.exr"));
+    for (const std::string& sName : work.Names())
+        fs::remove(work.File(sName));
+
+    ExpectFailure(4, "a.jpg.tmp", merge([&] { fs::create_directory(work.File("a.jpg.tmp")); }));
+    ExpectOnly({});
 }
 
 TEST_F(Program, InterruptsLeaveNothing)
