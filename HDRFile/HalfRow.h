@@ -11,6 +11,6 @@
 void HalfRow(std::span<const float> fRGB, std::span<std::uint16_t> nRGBA);
 
 namespace reference {
-/// The definition, by OpenEXR's type. Tests hold the fast road to it.
+/// The definition, by OpenEXR's type. Tests hold the kernel to it.
 void HalfRow(std::span<const float> fRGB, std::span<std::uint16_t> nRGBA);
 } // namespace reference

@@ -9,13 +9,6 @@
 
 #include "Util/Lanes-inl.h"
 
-#ifndef LS_HDRFILE_FILE_UNITS // once, not once per target
-#define LS_HDRFILE_FILE_UNITS
-namespace {
-constexpr double FILE_UNITS = 0.001; // of the merge's units
-} // namespace
-#endif
-
 HWY_BEFORE_NAMESPACE();
 namespace LS::Lanes::HWY_NAMESPACE {
 

@@ -3,10 +3,12 @@
 
 #include <span>
 
-/// Multiplies each float by 0.001, a double; the product is rounded to 32 bits.
+constexpr double FILE_UNITS = 0.001; ///< of the merge's units
+
+/// Multiplies each float by FILE_UNITS, a double; the product is rounded to 32 bits.
 void ScaleRow(std::span<float> fRow);
 
 namespace reference {
-/// The definition, one float at a time. Tests hold the fast road to it.
+/// The definition, one float at a time. Tests hold the kernel to it.
 void ScaleRow(std::span<float> fRow);
 } // namespace reference
