@@ -40,5 +40,4 @@ configure arm64 ON
 build arm64
 # The emulator starts no program of its kind a second time, which death tests do, and knows neither limits of memory nor
 # filters of system calls.
-run_ctest() { ctest --test-dir "$ROOT/build/arm64" --output-on-failure --no-tests=error -j "$(nproc)" "$@"; }
-run_ctest -L unit -E 'packaging|layers|locale|help|scripts|cli|Program|Batch|Writers.ReportEachPercentageOnce|RogueDecoders|NullWhenThereIsNoMemory' "$@"
+ctest --test-dir "$ROOT/build/arm64" --output-on-failure --no-tests=error -j "$(nproc)" -L unit -E 'packaging|layers|locale|help|scripts|cli|Program|Batch|Writers.ReportEachPercentageOnce|RogueDecoders|NullWhenThereIsNoMemory' "$@"
