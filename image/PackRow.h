@@ -9,6 +9,6 @@
 void PackRow(const unsigned char* pRGB, const unsigned char* pAlpha, std::span<unsigned char> packed);
 
 namespace reference {
-/// The definition, one byte at a time. Tests hold the fast road to it.
+/// The definition, one byte at a time. Tests hold the kernel to it.
 void PackRow(const unsigned char* pRGB, const unsigned char* pAlpha, std::span<unsigned char> packed);
 } // namespace reference

@@ -1,4 +1,4 @@
-// Scaling and half precision: the fast roads against the plain ones, bit for bit.
+// Scaling and half precision: the kernels against their plain twins, bit for bit.
 #include "HDRFile/HalfRow.h"
 #include "HDRFile/ScaleRow.h"
 

@@ -1,4 +1,4 @@
-// The three roads of tone mapping: the same bytes on each, at borders and with values that no camera gives.
+// The three paths of tone mapping give the same bytes, at borders and for values that no camera gives.
 #include "engine/TMORoutine.h"
 
 #include "Util/Paths.h"
@@ -79,14 +79,14 @@ Bytes Map(const Picture& picture, float fExposure, float fGamma)
                  picture);
 }
 
-/// The same on one of the roads that begin with a file.
-template <typename Road> Bytes MapFile(Road road, const Picture& picture, float fExposure, float fGamma)
+/// The same by a function that reads a file.
+template <typename Map> Bytes MapFile(Map map, const Picture& picture, float fExposure, float fGamma)
 {
     CreateCacheFolder();
     const std::wstring sFile =
         CacheFolder() + L"picture.tmp"; // one for all, as some disks take long over new
     WriteElements(Util::NarrowPath(sFile), picture.vfPixels);
-    return Taken(road(sFile, picture.nWidth, picture.nHeight, fExposure, fGamma, nullptr), picture);
+    return Taken(map(sFile, picture.nWidth, picture.nHeight, fExposure, fGamma, nullptr), picture);
 }
 
 /// What the definition of each step makes of a picture; the kernels must make the same.
@@ -100,7 +100,7 @@ Bytes MapAnywhere(const Picture& picture, float fExposure, float fGamma)
     return bytes;
 }
 
-/// The same on all three roads. Something in the picture has a luminance above 1.
+/// The same on all three paths. Something in the picture has a luminance above 1.
 Bytes MapEverywhere(const Picture& picture, float fExposure, float fGamma)
 {
     const Bytes bytes = MapAnywhere(picture, fExposure, fGamma);
@@ -124,7 +124,7 @@ private:
     std::uint64_t m_nNumber = 0xCBF29CE484222325;
 };
 
-// Thousands of small files take some disks seconds, so not every picture takes the roads with files.
+// Thousands of small files take some disks seconds, so not every picture goes through files.
 TEST(ToneMap, SmallSizes)
 {
     Digest digest;

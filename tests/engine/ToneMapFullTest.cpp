@@ -1,4 +1,4 @@
-// The operations on a merged workspace: which road, its progress, its failures.
+// The operations on a merged workspace: which path, its progress, its failures.
 #include "engine/CacheFolder.h"
 #include "tests/engine/SeriesFixture.h"
 #include "tests/support/FailureRecorder.h"
@@ -30,7 +30,7 @@ TEST_F(ToneMapFull, RoadAndPositionsBySize)
         SCOPED_TRACE(testing::Message() << nWidth << " x " << nHeight);
         Photograph(nWidth, nHeight, 2);
         ASSERT_TRUE(Merge());
-        WriteText(ChromaticityFile(), "deleted by the row road only");
+        WriteText(ChromaticityFile(), "deleted by the path by rows only");
         const Bytes picture = MapFull(nullptr); // in memory, whatever the size
         EXPECT_EQ(nWidth, nOutWidth);
         EXPECT_EQ(nHeight, nOutHeight);

@@ -1,4 +1,4 @@
-// Packing a row: the fast road against the plain one.
+// Packing a row: the kernel against its plain twin.
 #include "image/PackRow.h"
 
 #include "tests/support/InstructionSets.h"

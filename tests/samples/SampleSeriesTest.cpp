@@ -1,4 +1,4 @@
-// The sample series against the truth that it was rendered from: the whole road from JPEG to radiance.
+// The sample series against the truth that it was rendered from: the whole way from JPEG to radiance.
 #include "samples/SampleSeries.h"
 #include "Util/Paths.h"
 #include "Util/RegularFile.h"
