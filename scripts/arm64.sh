@@ -21,7 +21,7 @@ unpack_libraries() {
     # shellcheck source=/dev/null
     mmdebstrap --quiet --variant=extract --architectures=arm64 --include="$packages" \
         "$(. /etc/os-release && printf '%s' "$VERSION_CODENAME")" "$LS_SYSROOT.new"
-    find "$LS_SYSROOT.new" -type l -lname '/*' | while IFS= read -r link; do
+    find "$LS_SYSROOT.new/usr" -type l -lname '/*' | while IFS= read -r link; do
         ln -sfr "$LS_SYSROOT.new$(readlink "$link")" "$link" # it would lead out of there
     done
     # What the package's own script would link.
